@@ -1,0 +1,20 @@
+# What every target of the project is compiled with. Warnings become errors by CMAKE_COMPILE_WARNING_AS_ERROR, which the
+# presets set and packagers need not.
+add_library(orvex_compile_options INTERFACE)
+target_compile_features(orvex_compile_options INTERFACE cxx_std_17)
+target_compile_definitions(orvex_compile_options INTERFACE _GLIBCXX_ASSERTIONS)
+target_compile_options(orvex_compile_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wformat=2 -Wcast-qual -Wcast-align
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wnull-dereference -Wundef)
+
+# Optimised builds are hardened as well.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fcf-protection orvex_has_cf_protection)
+set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+target_compile_options(orvex_compile_options INTERFACE
+  $<${optimised}:-fstack-protector-strong>
+  $<${optimised}:-fstack-clash-protection>
+  $<$<AND:${optimised},$<BOOL:${orvex_has_cf_protection}>>:-fcf-protection>
+  $<${optimised}:-U_FORTIFY_SOURCE>
+  $<${optimised}:-D_FORTIFY_SOURCE=2>)
+target_link_options(orvex_compile_options INTERFACE $<${optimised}:-Wl,-z,relro,-z,now>)

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "core/failure.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <exception>
+
+#include "core/log.h"
+#include "core/state_directory.h"
+#include "service/log.h"
+#include "service/status.h"
+
+namespace local_service {
+namespace {
+
+constexpr std::size_t text_offset = offsetof(orvex_error_record, text);
+constexpr std::size_t text_size = 4096;
+
+void keep_error_text(const char* text) noexcept {
+    const std::size_t length = std::min(std::strlen(text), text_size - 1);
+    unsigned char* target = error_record() + text_offset;
+    std::memcpy(target, text, length);
+    target[length] = 0;
+}
+
+void log_fault(const char* function, const char* text) noexcept {
+    try {
+        write_log({0, 0, orvex_log_level_failure, "local_service", function, text});
+    } catch (...) {
+        // The log lies in the database that may be the very thing that failed.
+        return;
+    }
+}
+
+}  // namespace
+
+failure::failure(const std::string& text, int code) : std::runtime_error(text), code_(code) {}
+
+failure::~failure() = default;
+
+void require_rights() {
+    const uid_t caller = getuid();
+    if (caller != 0 && caller != security_administrator) {
+        throw failure(
+            "user " + std::to_string(caller) + " may not change this: only root and the security administrator",
+            orvex_result_no_rights);
+    }
+}
+
+unsigned char* error_record() noexcept {
+    alignas(orvex_error_record) static std::array<unsigned char, text_offset + text_size> record{};
+    return record.data();
+}
+
+int handle_failure(const char* function) noexcept {
+    try {
+        throw;
+    } catch (const failure& refusal) {
+        keep_error_text(refusal.what());
+        return refusal.code();
+    } catch (const std::exception& fault) {
+        keep_error_text(fault.what());
+        log_fault(function, fault.what());
+    } catch (...) {
+        keep_error_text("unknown failure");
+        log_fault(function, "unknown failure");
+    }
+    return result_failed;
+}
+
+}  // namespace local_service

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "core/file_kind.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <string_view>
+
+#include "core/descriptor.h"
+#include "core/elf_file.h"
+
+namespace local_service {
+namespace {
+
+file_kind kind_of_elf(int file, const std::string& path) {
+    switch (read_elf_sort(file)) {
+        case elf_sort::program:
+            return program;
+        case elf_sort::shared_object:
+            return shared_object;
+        case elf_sort::kernel_module:
+            return kernel_module;
+        case elf_sort::relocatable:
+            return is_module_file_name(path) ? kernel_module : other_file;
+        default:
+            return other_file;
+    }
+}
+
+/// What the first bytes of a compressed file say: its modules are told by their names, as unpacking is too much to ask.
+bool is_compressed(std::string_view start) {
+    using namespace std::string_view_literals;
+    return start ==
+               "\xFD"
+               "7zX"sv ||
+           start == "\x28\xB5\x2F\xFD"sv || start.substr(0, 2) == "\x1F\x8B"sv;
+}
+
+file_kind kind_of_content(const std::string& path) {
+    const descriptor file(path, O_NOFOLLOW);
+    std::array<char, 4> buffer{};
+    const ssize_t got = file.number() < 0 ? -1 : pread(file.number(), buffer.data(), buffer.size(), 0);
+    if (got < 0) {
+        return unreadable;
+    }
+    const std::string_view start(buffer.data(), static_cast<std::size_t>(got));
+    if (start ==
+        "\x7F"
+        "ELF") {
+        return kind_of_elf(file.number(), path);
+    }
+    if (start.substr(0, 2) == "#!") {
+        return script;
+    }
+    return is_compressed(start) && is_module_file_name(path) ? kernel_module : other_file;
+}
+
+}  // namespace
+
+file_kind read_file_kind(const std::string& path) {
+    struct stat status {};
+    if (lstat(path.c_str(), &status) != 0) {
+        return unreadable;
+    }
+    switch (status.st_mode & S_IFMT) {
+        case S_IFREG:
+            return kind_of_content(path);
+        case S_IFLNK:
+            return symbolic_link;
+        case S_IFDIR:
+            return directory;
+        case S_IFCHR:
+            return character_device;
+        case S_IFBLK:
+            return block_device;
+        case S_IFIFO:
+            return fifo;
+        default:
+            return socket;
+    }
+}
+
+}  // namespace local_service

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "core/log.h"
+
+#include <chrono>
+
+#include "core/store.h"
+
+namespace local_service {
+
+void write_log(const log_record& record) {
+    const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
+    const std::int64_t now = std::chrono::duration_cast<std::chrono::milliseconds>(since_1970).count();
+    change("INSERT INTO log (time_ms, level, tag, function, message) VALUES (?, ?, ?, ?, ?)",
+           {now, std::int64_t{record.level}, record.tag, record.function, record.message});
+}
+
+std::vector<log_record> read_log_after(std::int64_t number) {
+    std::vector<log_record> records;
+    query rows("SELECT id, time_ms, level, tag, function, message FROM log WHERE id > ? ORDER BY id", {number});
+    while (rows.next()) {
+        records.push_back({rows.number(0), rows.number(1), static_cast<int>(rows.number(2)), rows.text(3), rows.text(4),
+                           rows.text(5)});
+    }
+    return records;
+}
+
+}  // namespace local_service

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: Apache-2.0
+// The one database behind all libraries. It is opened by the first call that needs it and stays open to the end of the
+// process; a call that finds the state directory changed opens the database there instead.
+//
+// One thread and one process: a child made by fork cannot use the parent's database and fails until it runs a program.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <string>
+#include <variant>
+
+namespace SQLite {
+class Statement;
+}
+
+namespace local_service {
+
+/// What can be bound to a statement's question marks.
+using value = std::variant<std::int64_t, std::string>;
+using values = std::initializer_list<value>;
+
+/// A statement that gives rows. It reads a consistent state from its first row to its end of life.
+class query {
+public:
+    /// Prepares `sql`, or takes the prepared statement of an earlier use, and binds `bound` in order.
+    explicit query(const std::string& sql, values bound = {});
+    query(const query&) = delete;
+    query& operator=(const query&) = delete;
+    ~query();
+
+    /// Goes to the first or the next row. False when there is none.
+    bool next();
+
+    /// The present row's columns, counted from 0.
+    std::string text(int column) const;
+    std::int64_t number(int column) const;
+
+private:
+    SQLite::Statement& statement_;
+};
+
+/// Runs a statement that gives no rows and returns how many rows it changed.
+int change(const std::string& sql, values bound = {});
+
+/// Makes one transaction of the changes up to `commit`; without it they are undone at the end of its life. Writers in
+/// other processes wait from the beginning on.
+class transaction {
+public:
+    transaction();
+    transaction(const transaction&) = delete;
+    transaction& operator=(const transaction&) = delete;
+    ~transaction();
+
+    /// Makes the changes valid.
+    void commit();
+
+private:
+    bool is_open_ = true;
+};
+
+/// Brings the store back to what it holds when new.
+void reset_store();
+
+/// Returns how many records the table `table` of the store holds.
+std::int64_t count_records(const std::string& table);
+
+}  // namespace local_service

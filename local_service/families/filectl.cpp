@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+// liborvex_scene_c: file read-only protection.
+#include "service/filectl.h"
+
+#include "core/failure.h"
+#include "core/paths.h"
+#include "families/batch.h"
+#include "families/exceptions.h"
+#include "families/lists.h"
+
+using namespace local_service;
+
+char** orvex_scene_filectl_get_policy(std::uint64_t* count) {
+    return guard(__func__, [&] { return hand_out(lists::protected_files, count); });
+}
+
+char** orvex_scene_filectl_get_pkg_policy(std::uint64_t* count) {
+    return guard(__func__, [&] { return hand_out(lists::protected_packages, count); });
+}
+
+int orvex_scene_filectl_multi_add_by_path(char** paths, std::int64_t count) {
+    return guard_change(__func__,
+                        [&] { add_batch(lists::protected_files, listed_as::path, given_texts(paths, count)); });
+}
+
+int orvex_scene_filectl_multi_remove_by_path(char** paths, std::int64_t count) {
+    return guard_change(__func__,
+                        [&] { remove_batch(lists::protected_files, listed_as::path, given_texts(paths, count)); });
+}
+
+int orvex_scene_filectl_multi_add_by_pkg(char** packages, std::int64_t count) {
+    return guard_change(__func__,
+                        [&] { add_batch(lists::protected_packages, listed_as::given, given_texts(packages, count)); });
+}
+
+int orvex_scene_filectl_multi_remove_by_pkg(char** packages, std::int64_t count) {
+    return guard_change(
+        __func__, [&] { remove_batch(lists::protected_packages, listed_as::given, given_texts(packages, count)); });
+}
+
+int orvex_scene_filectl_exception_clear_resource_policy(std::int32_t kind, const char* resource) {
+    return guard_change(__func__, [&] { clear_exceptions(file_protection, {kind, given_text(resource)}); });
+}
+
+filectl_exception_record* orvex_scene_filectl_exception_get_policy(std::uint64_t* count) {
+    return guard(__func__, [&] { return hand_out_exceptions<filectl_exception_record>(file_protection, count); });
+}
+
+void orvex_scene_filectl_exception_policy_free(filectl_exception_record* records, std::uint64_t count) {
+    free_records(records, count);
+}
+
+int orvex_scene_filectl_exception_multi_add(std::int32_t kind, const char* resource, std::int32_t except_kind,
+                                            char** exceptions, std::int64_t count) {
+    return guard_change(__func__, [&] {
+        add_exceptions(file_protection, {kind, given_text(resource)}, {except_kind, exceptions, count});
+    });
+}
+
+int orvex_scene_filectl_exception_multi_remove(std::int32_t kind, const char* resource, std::int32_t except_kind,
+                                               char** exceptions, std::int64_t count) {
+    return guard_change(__func__, [&] {
+        remove_exceptions(file_protection, {kind, given_text(resource)}, {except_kind, exceptions, count});
+    });
+}

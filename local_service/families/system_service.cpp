@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+// liborvex: the system service that changes the global state, and the record of the last failure.
+#include "core/failure.h"
+#include "core/states.h"
+#include "core/store.h"
+#include "service/log.h"
+#include "service/status.h"
+
+using namespace local_service;
+
+int setModuleStatusReboot_dbus(int /*a*/, int state, int /*b*/, int /*c*/, int /*d*/, int reboot) {
+    return guard_change(__func__, [&] { request_state(state, reboot == 1); });
+}
+
+orvex_error_record* orvex_get_error(void) {
+    return reinterpret_cast<orvex_error_record*>(error_record());
+}
