@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "framework/exception_change.h"
+
+#include "framework/action.h"
+#include "framework/output.h"
+#include "service/log.h"
+#include "service/object_kind.h"
+
+namespace {
+
+bool is_in_wanted_state(const exception_words& words, const std::string& object, const std::string& exception,
+                        int action, bool is_present) {
+    if (action == action_add && is_present) {
+        print_line(words.object_head, object, "]已添加了例外程序[", exception, "], 无需重复添加!");
+        return true;
+    }
+    if (action == action_delete && !is_present) {
+        print_line(words.object_head, object, words.absent_middle, exception, "], 无需删除!");
+        return true;
+    }
+    return false;
+}
+
+}  // namespace
+
+bool refuse_missing_pkgs(COrvexBase& module, const std::vector<std::string>& pkgs) {
+    for (const std::string& pkg : pkgs) {
+        if (!module.is_pkg_installed(pkg)) {
+            print_line("软件包[", pkg, "]未安装, 不支持设置");
+            return true;
+        }
+    }
+    return false;
+}
+
+text_batch choose_exceptions(const exception_words& words, const shown_object& object,
+                             const std::vector<std::string>& exceptions, int action,
+                             const std::function<bool(const std::string&)>& is_present) {
+    text_batch chosen;
+    for (const std::string& exception : exceptions) {
+        if (exception.empty()) {
+            continue;
+        }
+        if (!is_in_wanted_state(words, object.wanted_state, exception, action, is_present(exception))) {
+            chosen.add(copy_text(exception));
+        }
+    }
+    return chosen;
+}
+
+int report_exception_change(const exception_words& words, const shown_object& object, const std::string& exceptions,
+                            int action, int ret) {
+    if (ret == 0) {
+        return 0;
+    }
+    const bool is_add = action == action_add;
+    // At a removal the same number is a failure like any other.
+    if (is_add && ret == orvex_result_not_protected) {
+        print_line("[", object.not_protected, words.not_protected_tail);
+        return ret;
+    }
+    print_line(is_add ? words.add_failure_head : words.remove_failure_head, object.failure, "]的例外程序[", exceptions,
+               "]失败");
+    orvex_log(orvex_log_level_failure, words.tag, words.function, is_add ? words.add_log : words.remove_log,
+              object.log.c_str(), exceptions.c_str(), ret);
+    return ret;
+}

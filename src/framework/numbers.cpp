@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "framework/module_base.h"
+
+bool COrvexBase::is_all_digits(const std::string& text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::uint32_t COrvexBase::parse_uint32(const std::string& text) {
+    errno = 0;
+    char* end = nullptr;
+    const unsigned long value = std::strtoul(text.c_str(), &end, 10);
+    if (errno == ERANGE || *end != '\0' || value > 0xFFFFFFFFUL) {
+        throw std::invalid_argument("输入无效或超出uint32_t范围!");
+    }
+    return static_cast<std::uint32_t>(value);
+}
+
+pid_t COrvexBase::parse_pid(const std::string& text) {
+    errno = 0;
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    // As an unsigned number a negative one is above the limit too.
+    if (errno == ERANGE || *end != '\0' || static_cast<std::uint64_t>(value) > 0x7FFFFFFFUL) {
+        throw std::invalid_argument("输入无效或超出pid范围!");
+    }
+    return static_cast<pid_t>(value);
+}

@@ -1,0 +1,11 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <iostream>
+
+/// Prints one line on standard output: the pieces side by side, a newline, a flush. Bytes go out as they are. A piece
+/// that is a null C string writes nothing and leaves the stream failed, so that nothing more is printed in this run.
+template <class... Pieces>
+void print_line(const Pieces&... pieces) {
+    (std::cout << ... << pieces) << std::endl;
+}

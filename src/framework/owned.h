@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: Apache-2.0
+// Owners of the memory that crosses the border to the service library.
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Gives memory from `malloc` back with `free`.
+struct free_deleter {
+    void operator()(void* memory) const noexcept { std::free(memory); }
+};
+
+/// A C string, or a record without pointers in it, that is given back with `free`. May be null.
+template <class Value>
+using owned_memory = std::unique_ptr<Value, free_deleter>;
+using owned_text = owned_memory<char>;
+
+/// Returns a heap copy of `text` up to its first NUL.
+inline owned_text copy_text(const std::string& text) {
+    return owned_text(strdup(text.c_str()));
+}
+
+/// A heap list of heap strings, as a service call returns it with a 64-bit count. Every string and the array are given
+/// back with `free`. A null array is an empty list; entries may be null.
+class owned_list {
+public:
+    /// Fetches the list: `fetch` is called once with the address of a count that is 0, and returns the array, or null.
+    template <class Fetch>
+    explicit owned_list(Fetch fetch) : entries_(fetch(&count_)) {}
+
+    owned_list(const owned_list&) = delete;
+    owned_list& operator=(const owned_list&) = delete;
+
+    ~owned_list() {
+        for (char* entry : *this) {
+            std::free(entry);
+        }
+        std::free(entries_);
+    }
+
+    /// Tells whether the library returned no array at all.
+    bool is_null() const { return entries_ == nullptr; }
+
+    /// All entries in the library's order, null ones among them.
+    char** begin() const { return entries_; }
+    char** end() const { return entries_ == nullptr ? nullptr : entries_ + count_; }
+
+    /// Tells whether an entry equals `text` byte for byte, in length too. Null entries are skipped; the first match
+    /// ends the search.
+    bool contains(const std::string& text) const {
+        for (const char* entry : *this) {
+            if (entry != nullptr && text == entry) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+private:
+    // The count stands first: it has to be 0 when the array is fetched.
+    std::uint64_t count_ = 0;
+    char** entries_;
+};
+
+/// A growing array of heap strings for a service call that takes many objects at once. It owns the strings; the library
+/// only reads them.
+class text_batch {
+public:
+    text_batch() = default;
+    text_batch(text_batch&&) noexcept = default;
+    text_batch(const text_batch&) = delete;
+    text_batch& operator=(const text_batch&) = delete;
+
+    ~text_batch() {
+        for (char* text : texts_) {
+            std::free(text);
+        }
+    }
+
+    /// Takes `text` over as the last string of the batch.
+    void add(owned_text text) {
+        texts_.push_back(text.get());
+        static_cast<void>(text.release());
+    }
+
+    bool empty() const { return texts_.empty(); }
+
+    /// The array and its length for the call; valid until the next `add`.
+    char** data() { return texts_.data(); }
+    int count() const { return static_cast<int>(texts_.size()); }
+
+private:
+    std::vector<char*> texts_;
+};
