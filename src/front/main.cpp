@@ -7,6 +7,7 @@
 #include "front/global_usage.h"
 #include "front/status_report.h"
 #include "modules/box/box_module.h"
+#include "modules/kmod/kmod_module.h"
 #include "service/status.h"
 
 namespace {
@@ -61,6 +62,9 @@ int main(int argc, char** argv) {
     if (word == "import" || word == "export") {
         print_line("暂不支持");
         return 0;
+    }
+    if (word == "kmod") {
+        return run_module(COrvexKmod(), argc, argv);
     }
     if (word == "box") {
         return run_module(COrvexBox(), argc, argv);
