@@ -8,6 +8,7 @@
 #include "front/status_report.h"
 #include "modules/box/box_module.h"
 #include "modules/kmod/kmod_module.h"
+#include "modules/userid/userid_module.h"
 #include "service/status.h"
 
 namespace {
@@ -65,6 +66,9 @@ int main(int argc, char** argv) {
     }
     if (word == "kmod") {
         return run_module(COrvexKmod(), argc, argv);
+    }
+    if (word == "userid") {
+        return run_module(COrvexUserid(), argc, argv);
     }
     if (word == "box") {
         return run_module(COrvexBox(), argc, argv);
