@@ -7,6 +7,7 @@
 #include "front/global_usage.h"
 #include "front/status_report.h"
 #include "modules/box/box_module.h"
+#include "modules/exec/exec_module.h"
 #include "modules/kmod/kmod_module.h"
 #include "modules/userid/userid_module.h"
 #include "service/status.h"
@@ -63,6 +64,9 @@ int main(int argc, char** argv) {
     if (word == "import" || word == "export") {
         print_line("暂不支持");
         return 0;
+    }
+    if (word == "exec") {
+        return run_module(COrvexExec(), argc, argv);
     }
     if (word == "kmod") {
         return run_module(COrvexKmod(), argc, argv);
