@@ -9,6 +9,7 @@
 #include "modules/box/box_module.h"
 #include "modules/exec/exec_module.h"
 #include "modules/kmod/kmod_module.h"
+#include "modules/net/net_module.h"
 #include "modules/userid/userid_module.h"
 #include "service/status.h"
 
@@ -67,6 +68,9 @@ int main(int argc, char** argv) {
     }
     if (word == "exec") {
         return run_module(COrvexExec(), argc, argv);
+    }
+    if (word == "net") {
+        return run_module(COrvexNet(), argc, argv);
     }
     if (word == "kmod") {
         return run_module(COrvexKmod(), argc, argv);
