@@ -8,6 +8,7 @@
 #include "front/status_report.h"
 #include "modules/box/box_module.h"
 #include "modules/exec/exec_module.h"
+#include "modules/file/file_module.h"
 #include "modules/kmod/kmod_module.h"
 #include "modules/net/net_module.h"
 #include "modules/userid/userid_module.h"
@@ -71,6 +72,9 @@ int main(int argc, char** argv) {
     }
     if (word == "net") {
         return run_module(COrvexNet(), argc, argv);
+    }
+    if (word == "file") {
+        return run_module(COrvexFile(), argc, argv);
     }
     if (word == "kmod") {
         return run_module(COrvexKmod(), argc, argv);
