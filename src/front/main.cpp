@@ -11,6 +11,7 @@
 #include "modules/file/file_module.h"
 #include "modules/kmod/kmod_module.h"
 #include "modules/net/net_module.h"
+#include "modules/proc/proc_module.h"
 #include "modules/userid/userid_module.h"
 #include "service/status.h"
 
@@ -75,6 +76,9 @@ int main(int argc, char** argv) {
     }
     if (word == "file") {
         return run_module(COrvexFile(), argc, argv);
+    }
+    if (word == "proc") {
+        return run_module(COrvexProc(), argc, argv);
     }
     if (word == "kmod") {
         return run_module(COrvexKmod(), argc, argv);

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: Apache-2.0
+// The programs that may kill a protected program all the same. The blacklist is not asked here.
+#include <optional>
+
+#include "framework/action.h"
+#include "framework/exception_change.h"
+#include "framework/output.h"
+#include "framework/path_checks.h"
+#include "modules/proc/proc_module.h"
+#include "modules/proc/proc_program.h"
+#include "modules/proc/proc_records.h"
+#include "service/paths.h"
+#include "service/taskctl.h"
+
+namespace {
+
+// The second field of the four log formats is "&s" and no conversion; the arguments are passed all the same.
+constexpr exception_words file_words = {
+    "proc",
+    "set_proc_except_policy",
+    "进程[",
+    "]未添加例外程序[",
+    "]不在防杀死保护列表中, 请先添加进程防杀死!",
+    "添加防杀死进程[",
+    "删除防杀死进程[",
+    "add proc except failed, file = %s, except = &s, ret = %d",
+    "del proc except failed, file = %s, except = &s, ret = %d",
+};
+constexpr exception_words pid_words = {
+    "proc",
+    "set_proc_except_policy_by_pid",
+    "进程[",
+    // One character more than by path; both stay.
+    "]未添加了例外程序[",
+    "]不在防杀死保护列表中, 请先添加进程防杀死!",
+    "添加防杀死进程[",
+    "删除防杀死进程[",
+    "add proc except failed, pid = %s, except = &s, ret = %d",
+    "del proc except failed, pid = %s, except = &s, ret = %d",
+};
+
+/// Replaces each piece by the real path of a file or a directory, or by nothing, with its line, where it is refused.
+void resolve_paths(COrvexProc& module, path_kind kind, std::vector<std::string>& pieces) {
+    for (std::string& piece : pieces) {
+        const owned_text path = get_existing_real_path(kind, module.expand_tilde(piece));
+        piece = path == nullptr ? std::string() : std::string(path.get());
+    }
+}
+
+/// Returns the exceptions that the list `objects` stands for, with empty ones where one was refused; or nothing where
+/// the whole call is refused. The same rules hold for an add and for a delete.
+std::optional<std::vector<std::string>> resolve_exceptions(COrvexProc& module, std::int32_t kind,
+                                                           const std::string& objects) {
+    std::vector<std::string> exceptions = module.split_string(objects, ':');
+    switch (kind) {
+        case orvex_kind_file:
+            resolve_paths(module, path_kind::file, exceptions);
+            return exceptions;
+        case orvex_kind_dir:
+            resolve_paths(module, path_kind::dir, exceptions);
+            return exceptions;
+        case orvex_kind_pkg:
+            if (refuse_missing_pkgs(module, exceptions)) {
+                return std::nullopt;
+            }
+            return exceptions;
+        default:
+            print_line("添加例外程序时, 例外程序只允许是文件路径、目录或者软件包!");
+            return std::nullopt;
+    }
+}
+
+/// Changes the exceptions of the protected program `path`: resolves them, leaves out those that need no change, and
+/// makes the one call, `change`, for the others.
+int change_exceptions(COrvexProc& module, const exception_words& words, const shown_object& shown,
+                      const std::string& path, std::int32_t except_kind, const std::string& except_object, int action,
+                      const std::function<int(text_batch& exceptions)>& change) {
+    const auto exceptions = resolve_exceptions(module, except_kind, except_object);
+    if (!exceptions) {
+        return -1;
+    }
+    text_batch chosen = choose_exceptions(words, shown, *exceptions, action, [&](const std::string& exception) {
+        return module.is_proc_except_in_policy(path, exception);
+    });
+    if (chosen.empty()) {
+        return 0;
+    }
+    return report_exception_change(words, shown, except_object, action, change(chosen));
+}
+
+}  // namespace
+
+int COrvexProc::set_proc_except_policy(const std::int32_t& first_kind, const std::string& first_object,
+                                       const std::int32_t& except_kind, const std::string& except_object,
+                                       const int& action) {
+    if (first_kind != orvex_kind_file) {
+        print_line("添加例外程序时,防杀死进程只允许是文件路径或者pid!");
+        return -1;
+    }
+    const owned_text resolved = get_existing_real_path(path_kind::file, first_object);
+    if (resolved == nullptr) {
+        return -1;
+    }
+    const std::string path = resolved.get();
+    const shown_object shown = {path, first_object, path, first_object};
+    const auto call =
+        action == action_add ? orvex_scene_taskctl_exception_multi_add : orvex_scene_taskctl_exception_multi_remove;
+    return change_exceptions(
+        *this, file_words, shown, path, except_kind, except_object, action, [&](text_batch& exceptions) {
+            return call(first_kind, path.c_str(), except_kind, exceptions.data(), exceptions.count());
+        });
+}
+
+int COrvexProc::set_proc_except_policy_by_pid(const std::string& pid, const std::int32_t& except_kind,
+                                              const std::string& except_object, const int& action) {
+    const std::optional<running_program> program = find_running_program(*this, pid);
+    if (!program) {
+        return -1;
+    }
+    const shown_object shown = {std::to_string(program->pid), pid, pid, pid};
+    const auto call = action == action_add ? orvex_scene_taskctl_exception_multi_add_by_pid
+                                           : orvex_scene_taskctl_exception_multi_remove_by_pid;
+    return change_exceptions(
+        *this, pid_words, shown, program->path, except_kind, except_object, action,
+        [&](text_batch& exceptions) { return call(program->pid, except_kind, exceptions.data(), exceptions.count()); });
+}
+
+bool COrvexProc::is_proc_except_in_policy(const std::string& path, const std::string& except_object) {
+    const taskctl_records records(orvex_scene_taskctl_exception_get_policy);
+    if (records.empty()) {
+        return false;
+    }
+    return records.hold(path, to_pattern_if_dir(except_object));
+}
