@@ -55,16 +55,25 @@ constexpr exception_change delete_pkgs = {
     "del exectl except failed, pkg: %s, ret: %d",
 };
 
-/// Makes the one call for all objects that passed the tests; with none of them there is no call.
-void change_exceptions(const exception_change& change, const char* function, const std::string& argument,
-                       text_batch& batch) {
-    if (batch.empty()) {
-        return;
-    }
+/// Makes one call for all objects of the batch.
+void make_call(const exception_change& change, const char* function, const std::string& argument, text_batch& batch) {
     const int ret = change.call(batch.data(), batch.count());
     if (ret != 0) {
         print_line(change.failure_head, argument, change.failure_tail);
         log_exec_failure(function, change.log_format, argument, ret);
+    }
+}
+
+/// Adds or deletes all objects that passed the tests; with none of them there is no call.
+void change_exceptions(const exception_change& add, const exception_change& remove, int action, const char* function,
+                       const std::string& argument, text_batch& batch) {
+    if (batch.empty()) {
+        return;
+    }
+    if (action == action_add) {
+        make_call(add, function, argument, batch);
+    } else if (action == action_delete) {
+        make_call(remove, function, argument, batch);
     }
 }
 
@@ -84,7 +93,7 @@ int COrvexExec::set_exec_except_policy_by_file(const std::string& paths, const i
             batch.add(std::move(absolute_path));
         }
     }
-    change_exceptions(action == action_add ? add_files : delete_files, "set_exec_except_policy_by_file", paths, batch);
+    change_exceptions(add_files, delete_files, action, "set_exec_except_policy_by_file", paths, batch);
     return 0;
 }
 
@@ -104,7 +113,7 @@ int COrvexExec::set_exec_except_policy_by_dir(const std::string& paths, const in
             batch.add(std::move(absolute_path));
         }
     }
-    change_exceptions(action == action_add ? add_dirs : delete_dirs, "set_exec_except_policy_by_dir", paths, batch);
+    change_exceptions(add_dirs, delete_dirs, action, "set_exec_except_policy_by_dir", paths, batch);
     return 0;
 }
 
@@ -119,6 +128,6 @@ int COrvexExec::set_exec_except_policy_by_pkg(const std::string& pkgs, const int
             batch.add(copy_text(pkg));
         }
     }
-    change_exceptions(action == action_add ? add_pkgs : delete_pkgs, "set_exec_except_policy_by_pkg", pkgs, batch);
+    change_exceptions(add_pkgs, delete_pkgs, action, "set_exec_except_policy_by_pkg", pkgs, batch);
     return 0;
 }
