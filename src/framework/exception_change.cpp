@@ -21,6 +21,35 @@ bool is_in_wanted_state(const exception_words& words, const std::string& object,
     return false;
 }
 
+/// Returns copies of the exceptions that need a change.
+text_batch choose_exceptions(const exception_words& words, const shown_object& object, const exception_request& request,
+                             const std::function<bool(const std::string&)>& is_present) {
+    text_batch chosen;
+    for (const std::string& exception : request.exceptions) {
+        if (exception.empty()) {
+            continue;
+        }
+        if (!is_in_wanted_state(words, object.wanted_state, exception, request.action, is_present(exception))) {
+            chosen.add(copy_text(exception));
+        }
+    }
+    return chosen;
+}
+
+void report_failure(const exception_words& words, const shown_object& object, const exception_request& request,
+                    int ret) {
+    const bool is_add = request.action == action_add;
+    // At a removal the same number is a failure like any other.
+    if (is_add && ret == orvex_result_not_protected) {
+        print_line("[", object.not_protected, words.not_protected_tail);
+        return;
+    }
+    print_line(is_add ? words.add_failure_head : words.remove_failure_head, object.failure, "]的例外程序[",
+               request.argument, "]失败");
+    orvex_log(orvex_log_level_failure, words.tag, words.function, is_add ? words.add_log : words.remove_log,
+              object.log.c_str(), request.argument.c_str(), ret);
+}
+
 }  // namespace
 
 bool refuse_missing_pkgs(COrvexBase& module, const std::vector<std::string>& pkgs) {
@@ -33,35 +62,16 @@ bool refuse_missing_pkgs(COrvexBase& module, const std::vector<std::string>& pkg
     return false;
 }
 
-text_batch choose_exceptions(const exception_words& words, const shown_object& object,
-                             const std::vector<std::string>& exceptions, int action,
-                             const std::function<bool(const std::string&)>& is_present) {
-    text_batch chosen;
-    for (const std::string& exception : exceptions) {
-        if (exception.empty()) {
-            continue;
-        }
-        if (!is_in_wanted_state(words, object.wanted_state, exception, action, is_present(exception))) {
-            chosen.add(copy_text(exception));
-        }
-    }
-    return chosen;
-}
-
-int report_exception_change(const exception_words& words, const shown_object& object, const std::string& exceptions,
-                            int action, int ret) {
-    if (ret == 0) {
+int change_exceptions(const exception_words& words, const shown_object& object, const exception_request& request,
+                      const std::function<bool(const std::string& exception)>& is_present,
+                      const std::function<int(text_batch& exceptions)>& call) {
+    text_batch chosen = choose_exceptions(words, object, request, is_present);
+    if (chosen.empty()) {
         return 0;
     }
-    const bool is_add = action == action_add;
-    // At a removal the same number is a failure like any other.
-    if (is_add && ret == orvex_result_not_protected) {
-        print_line("[", object.not_protected, words.not_protected_tail);
-        return ret;
+    const int ret = call(chosen);
+    if (ret != 0) {
+        report_failure(words, object, request, ret);
     }
-    print_line(is_add ? words.add_failure_head : words.remove_failure_head, object.failure, "]的例外程序[", exceptions,
-               "]失败");
-    orvex_log(orvex_log_level_failure, words.tag, words.function, is_add ? words.add_log : words.remove_log,
-              object.log.c_str(), exceptions.c_str(), ret);
     return ret;
 }

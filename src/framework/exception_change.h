@@ -39,13 +39,19 @@ struct shown_object {
 /// Tells whether one of `pkgs` is not installed, with a line for the first such one.
 bool refuse_missing_pkgs(COrvexBase& module, const std::vector<std::string>& pkgs);
 
-/// Returns copies of the exceptions that the call has to change. Empty ones were refused before and are skipped; one in
-/// the wanted state already, as `is_present` tells, is skipped with a line.
-text_batch choose_exceptions(const exception_words& words, const shown_object& object,
-                             const std::vector<std::string>& exceptions, int action,
-                             const std::function<bool(const std::string&)>& is_present);
+/// What a user wants changed.
+struct exception_request {
+    /// The exceptions as resolved. An empty one was refused before.
+    std::vector<std::string> exceptions;
+    /// The user's whole argument, for lines and log.
+    std::string argument;
+    int action;
+};
 
-/// Reports the result `ret` of the library's call, with a line and, but for an object that is not protected at an add,
-/// a log record. `exceptions` is the user's whole argument. Returns `ret`.
-int report_exception_change(const exception_words& words, const shown_object& object, const std::string& exceptions,
-                            int action, int ret);
+/// Changes the exceptions of a protected object. One that is in the wanted state already, as `is_present` tells, is
+/// left out with a line; for the others `call` is made once, and its result is reported: by a line and, but for an
+/// object that is not protected at an add, by a log record. Returns that result, or 0 where there was nothing to call
+/// for.
+int change_exceptions(const exception_words& words, const shown_object& object, const exception_request& request,
+                      const std::function<bool(const std::string& exception)>& is_present,
+                      const std::function<int(text_batch& exceptions)>& call);

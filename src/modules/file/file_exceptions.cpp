@@ -107,16 +107,14 @@ int COrvexFile::set_file_except_policy(const std::int32_t& first_kind, const std
     }
     const std::string object = resolved.get();
     const shown_object shown = {object, object, object, first_object};
-    text_batch chosen = choose_exceptions(words, shown, *exceptions, action, [&](const std::string& exception) {
-        return is_except_in_policy(object, exception);
-    });
-    if (chosen.empty()) {
-        return 0;
-    }
-    const auto change =
+    const auto call =
         action == action_add ? orvex_scene_filectl_exception_multi_add : orvex_scene_filectl_exception_multi_remove;
-    const int ret = change(first_kind, object.c_str(), except_kind, chosen.data(), chosen.count());
-    return report_exception_change(words, shown, except_object, action, ret);
+    return change_exceptions(
+        words, shown, {*exceptions, except_object, action},
+        [&](const std::string& exception) { return is_except_in_policy(object, exception); },
+        [&](text_batch& chosen) {
+            return call(first_kind, object.c_str(), except_kind, chosen.data(), chosen.count());
+        });
 }
 
 bool COrvexFile::is_except_in_policy(const std::string& object, const std::string& except_object) {

@@ -70,24 +70,6 @@ std::optional<std::vector<std::string>> resolve_exceptions(COrvexProc& module, s
     }
 }
 
-/// Changes the exceptions of the protected program `path`: resolves them, leaves out those that need no change, and
-/// makes the one call, `change`, for the others.
-int change_exceptions(COrvexProc& module, const exception_words& words, const shown_object& shown,
-                      const std::string& path, std::int32_t except_kind, const std::string& except_object, int action,
-                      const std::function<int(text_batch& exceptions)>& change) {
-    const auto exceptions = resolve_exceptions(module, except_kind, except_object);
-    if (!exceptions) {
-        return -1;
-    }
-    text_batch chosen = choose_exceptions(words, shown, *exceptions, action, [&](const std::string& exception) {
-        return module.is_proc_except_in_policy(path, exception);
-    });
-    if (chosen.empty()) {
-        return 0;
-    }
-    return report_exception_change(words, shown, except_object, action, change(chosen));
-}
-
 }  // namespace
 
 int COrvexProc::set_proc_except_policy(const std::int32_t& first_kind, const std::string& first_object,
@@ -102,13 +84,17 @@ int COrvexProc::set_proc_except_policy(const std::int32_t& first_kind, const std
         return -1;
     }
     const std::string path = resolved.get();
+    const auto exceptions = resolve_exceptions(*this, except_kind, except_object);
+    if (!exceptions) {
+        return -1;
+    }
     const shown_object shown = {path, first_object, path, first_object};
     const auto call =
         action == action_add ? orvex_scene_taskctl_exception_multi_add : orvex_scene_taskctl_exception_multi_remove;
     return change_exceptions(
-        *this, file_words, shown, path, except_kind, except_object, action, [&](text_batch& exceptions) {
-            return call(first_kind, path.c_str(), except_kind, exceptions.data(), exceptions.count());
-        });
+        file_words, shown, {*exceptions, except_object, action},
+        [&](const std::string& exception) { return is_proc_except_in_policy(path, exception); },
+        [&](text_batch& chosen) { return call(first_kind, path.c_str(), except_kind, chosen.data(), chosen.count()); });
 }
 
 int COrvexProc::set_proc_except_policy_by_pid(const std::string& pid, const std::int32_t& except_kind,
@@ -117,12 +103,17 @@ int COrvexProc::set_proc_except_policy_by_pid(const std::string& pid, const std:
     if (!program) {
         return -1;
     }
+    const auto exceptions = resolve_exceptions(*this, except_kind, except_object);
+    if (!exceptions) {
+        return -1;
+    }
     const shown_object shown = {std::to_string(program->pid), pid, pid, pid};
     const auto call = action == action_add ? orvex_scene_taskctl_exception_multi_add_by_pid
                                            : orvex_scene_taskctl_exception_multi_remove_by_pid;
     return change_exceptions(
-        *this, pid_words, shown, program->path, except_kind, except_object, action,
-        [&](text_batch& exceptions) { return call(program->pid, except_kind, exceptions.data(), exceptions.count()); });
+        pid_words, shown, {*exceptions, except_object, action},
+        [&](const std::string& exception) { return is_proc_except_in_policy(program->path, exception); },
+        [&](text_batch& chosen) { return call(program->pid, except_kind, chosen.data(), chosen.count()); });
 }
 
 bool COrvexProc::is_proc_except_in_policy(const std::string& path, const std::string& except_object) {
