@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 
 #include "core/log.h"
 #include "core/state_directory.h"
@@ -62,6 +63,9 @@ int handle_failure(const char* function) noexcept {
     } catch (const failure& refusal) {
         keep_error_text(refusal.what());
         return refusal.code();
+    } catch (const std::filesystem::filesystem_error& refusal) {
+        // The caller's directories, or those above the store: nothing that the stand-in has done.
+        keep_error_text(refusal.what());
     } catch (const std::exception& fault) {
         keep_error_text(fault.what());
         log_fault(function, fault.what());

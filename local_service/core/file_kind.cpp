@@ -16,15 +16,15 @@ namespace {
 file_kind kind_of_elf(int file, const std::string& path) {
     switch (read_elf_sort(file)) {
         case elf_sort::program:
-            return program;
+            return file_kind::program;
         case elf_sort::shared_object:
-            return shared_object;
+            return file_kind::shared_object;
         case elf_sort::kernel_module:
-            return kernel_module;
+            return file_kind::kernel_module;
         case elf_sort::relocatable:
-            return is_module_file_name(path) ? kernel_module : other_file;
+            return is_module_file_name(path) ? file_kind::kernel_module : file_kind::other_file;
         default:
-            return other_file;
+            return file_kind::other_file;
     }
 }
 
@@ -42,7 +42,7 @@ file_kind kind_of_content(const std::string& path) {
     std::array<char, 4> buffer{};
     const ssize_t got = file.number() < 0 ? -1 : pread(file.number(), buffer.data(), buffer.size(), 0);
     if (got < 0) {
-        return unreadable;
+        return file_kind::unreadable;
     }
     const std::string_view start(buffer.data(), static_cast<std::size_t>(got));
     if (start ==
@@ -51,9 +51,9 @@ file_kind kind_of_content(const std::string& path) {
         return kind_of_elf(file.number(), path);
     }
     if (start.substr(0, 2) == "#!") {
-        return script;
+        return file_kind::script;
     }
-    return is_compressed(start) && is_module_file_name(path) ? kernel_module : other_file;
+    return is_compressed(start) && is_module_file_name(path) ? file_kind::kernel_module : file_kind::other_file;
 }
 
 }  // namespace
@@ -61,23 +61,23 @@ file_kind kind_of_content(const std::string& path) {
 file_kind read_file_kind(const std::string& path) {
     struct stat status {};
     if (lstat(path.c_str(), &status) != 0) {
-        return unreadable;
+        return file_kind::unreadable;
     }
     switch (status.st_mode & S_IFMT) {
         case S_IFREG:
             return kind_of_content(path);
         case S_IFLNK:
-            return symbolic_link;
+            return file_kind::symbolic_link;
         case S_IFDIR:
-            return directory;
+            return file_kind::directory;
         case S_IFCHR:
-            return character_device;
+            return file_kind::character_device;
         case S_IFBLK:
-            return block_device;
+            return file_kind::block_device;
         case S_IFIFO:
-            return fifo;
+            return file_kind::fifo;
         default:
-            return socket;
+            return file_kind::socket;
     }
 }
 

@@ -6,7 +6,7 @@
 namespace local_service {
 
 /// Kinds of file. Execution control manages those up to `script`.
-enum file_kind : int {
+enum class file_kind : int {
     unreadable = -1,
     program = 0,
     shared_object = 1,
@@ -26,7 +26,7 @@ file_kind read_file_kind(const std::string& path);
 
 /// Tells whether execution control manages files of the kind `kind`.
 constexpr bool is_controlled(file_kind kind) {
-    return kind >= program && kind <= script;
+    return kind >= file_kind::program && kind <= file_kind::script;
 }
 
 }  // namespace local_service

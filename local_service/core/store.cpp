@@ -14,6 +14,7 @@
 #include <map>
 #include <memory>
 #include <system_error>
+#include <vector>
 
 #include "core/descriptor.h"
 #include "core/failure.h"
@@ -121,8 +122,21 @@ struct connection {
     std::map<std::string, SQLite::Statement, std::less<>> statements;
 };
 
+/// Closes a connection in the process that opened it. A forked child must not, and only keeps it in sight.
+struct connection_deleter {
+    void operator()(connection* closed) const {
+        static std::vector<connection*> inherited;
+        if (closed->process == getpid()) {
+            const std::unique_ptr<connection> last_owner(closed);
+        } else {
+            inherited.push_back(closed);
+        }
+    }
+};
+using owned_connection = std::unique_ptr<connection, connection_deleter>;
+
 connection& open_store() {
-    static std::unique_ptr<connection> current;
+    static owned_connection current;
     std::string directory = state_directory();
     if (current != nullptr && current->directory == directory) {
         if (current->process != getpid()) {
@@ -130,16 +144,12 @@ connection& open_store() {
         }
         return *current;
     }
-    if (current != nullptr && current->process != getpid()) {
-        // It is the parent's to close.
-        static_cast<void>(current.release());
-    }
     current.reset();
     const std::string file = directory + "/orvex.db";
     if (access(file.c_str(), F_OK) != 0) {
         create_database(directory, file);
     }
-    current = std::make_unique<connection>(std::move(directory));
+    current.reset(std::make_unique<connection>(std::move(directory)).release());
     return *current;
 }
 

@@ -85,7 +85,14 @@ void fill_record(orvex_exectl_obj* record, const whitelisted_file& file) {
 }
 
 struct chain_deleter {
-    void operator()(orvex_exectl_list_obj* head) const noexcept { orvex_scene_exectl_objs_free(&head); }
+    void operator()(orvex_exectl_list_obj* head) const noexcept {
+        while (head != nullptr) {
+            orvex_exectl_list_obj* next = head->next;
+            std::free(head->obj.path);
+            std::free(head);
+            head = next;
+        }
+    }
 };
 using owned_chain = std::unique_ptr<orvex_exectl_list_obj, chain_deleter>;
 
@@ -174,12 +181,8 @@ void orvex_scene_exectl_obj_free(orvex_exectl_obj* record) {
 }
 
 void orvex_scene_exectl_objs_free(orvex_exectl_list_obj** head) {
-    while (*head != nullptr) {
-        orvex_exectl_list_obj* next = (*head)->next;
-        std::free((*head)->obj.path);
-        std::free(*head);
-        *head = next;
-    }
+    const owned_chain chain(*head);
+    *head = nullptr;
 }
 
 char** orvex_scene_exectl_get_policy_for_file_permissive(std::uint64_t* count) {

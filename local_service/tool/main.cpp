@@ -12,6 +12,7 @@
 #include "core/paths.h"
 #include "core/states.h"
 #include "core/store.h"
+#include "service/status.h"
 #include "tool/show.h"
 
 using namespace local_service;
@@ -35,6 +36,14 @@ void restart() {
 void reset() {
     reset_store();
     std::cout << "The store is as new: framework disabled, all modules off, all lists empty.\n";
+}
+
+/// Switches the separation of the administrator roles, which no command of orvex_policy does.
+void separate_roles(int status) {
+    constexpr int role_module = 4;
+    transaction whole;
+    switch_module(role_module, status);
+    whole.commit();
 }
 
 /// A change of a list by one path.
@@ -69,6 +78,13 @@ void add_scene_command(CLI::App& app) {
     scene->require_subcommand(1);
     scene->add_subcommand("on", "Switch it on")->callback([] { set_secret_scene(true); });
     scene->add_subcommand("off", "Switch it off")->callback([] { set_secret_scene(false); });
+}
+
+void add_roles_command(CLI::App& app) {
+    CLI::App* roles = app.add_subcommand("roles", "Separate the administrator roles (3adm), so that user 600 acts");
+    roles->require_subcommand(1);
+    roles->add_subcommand("on", "Put the separation in force")->callback([] { separate_roles(orvex_module_on); });
+    roles->add_subcommand("off", "End it")->callback([] { separate_roles(orvex_module_off); });
 }
 
 void add_label_action(CLI::App& label, arguments& given, const char* name, const char* help, list_change act) {
@@ -119,6 +135,7 @@ int run(int argc, const char* const* argv) {
     app.add_subcommand("reset", "Bring the store back to what it holds when new")->callback(reset);
     arguments given;
     add_scene_command(app);
+    add_roles_command(app);
     add_label_command(app, given);
     add_blacklist_command(app, given);
     add_log_command(app, given);

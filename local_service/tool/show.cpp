@@ -115,10 +115,10 @@ void print_store() {
     print_list("Files labelled secadm", lists::role_labels[1]);
     print_list("Files labelled auditadm", lists::role_labels[2]);
     std::cout << '\n';
-    print_row("Whitelist:", std::to_string(count_records("whitelist")) + " files");
+    print_row("Whitelisted:", std::to_string(count_records("whitelist")));
     print_row("Network policies:", std::to_string(count_records("net_policy")));
     print_row("Exceptions:", std::to_string(count_records("exception")));
-    print_row("Log:", std::to_string(count_records("log")) + " records");
+    print_row("Log records:", std::to_string(count_records("log")));
 }
 
 void print_log(bool is_following) {
