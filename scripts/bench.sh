@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Measures what a run of the program costs, as a ratio to a program that does next to nothing with the same libraries,
+# and what execution control of many files costs. Ends with a failure where a figure is above its limit.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source scripts/lib/session.bash
+source scripts/lib/packages.bash
+
+status_limit=1.3
+
+# print_loaded PROGRAM: the libraries that it is loaded with, sorted.
+print_loaded() {
+  ldd "$1" | awk '{ print $1 }' | sort
+}
+
+measure_status() {
+  diff <(print_loaded "$(command -v orvex_policy)") <(print_loaded "$(command -v one_line)") || {
+    echo 'bench: the two programs are loaded with different libraries' >&2
+    exit 1
+  }
+
+  # The report is longest with the framework enabled.
+  run_as 0 orvex_policy enable
+  run_as 0 orvex_local restart
+
+  # In turns, so that what else the machine does meets both.
+  commands=()
+  for _ in {1..8}; do
+    commands+=('orvex_policy status' one_line)
+  done
+  hyperfine --shell=none --style=none --warmup 20 --runs 200 --export-csv "$place/status.csv" "${commands[@]}"
+  awk -F, -v limit="$status_limit" '
+    NR > 1 { total[$1] += $4; rounds[$1]++ }
+    END {
+      program = total["orvex_policy status"] / rounds["orvex_policy status"]
+      bare = total["one_line"] / rounds["one_line"]
+      printf "orvex_policy status: %.2f ms, %.2f times the %.2f ms of a bare program with its libraries (limit %.1f)\n",
+        program * 1000, program / bare, bare * 1000, limit
+      exit program / bare > limit
+    }' "$place/status.csv" || exit_value=1
+}
+
+measure_exec() {
+  tests/packages/make_packages.sh "$place/packages" bench/specs
+  HOME="$place/packages/home" with_opt "$place/packages/root/opt" bench/exec.sh || exit_value=1
+}
+
+scripts/bootstrap.sh --all
+cmake --preset release
+cmake --build --preset release --target \
+  orvex_policy orvex_local one_line owner_query_loop package_walk peak_memory
+
+PATH="$PWD/build/release/bin:$PATH"
+place=$(mktemp -d)
+trap 'rm -rf "$place"' EXIT
+export ORVEX_LOCAL_STATE="$place/state"
+mkdir "$ORVEX_LOCAL_STATE"
+
+exit_value=0
+measure_status
+measure_exec
+exit "$exit_value"

@@ -1,0 +1,100 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: Apache-2.0
+# Installs what the build, the tests and the demonstration need, and nothing that is there already.
+#
+#   scripts/bootstrap.sh          what build, tests and demonstration need
+#   scripts/bootstrap.sh --all    the tools of the checks and of the measurements as well
+set -euo pipefail
+
+# One package a line: its name for apt-get, its name for dnf.
+base_packages='
+g++               gcc-c++
+cmake             cmake
+ninja-build       ninja-build
+pkg-config        pkgconf-pkg-config
+librpm-dev        rpm-devel
+libpopt-dev       popt-devel
+libglib2.0-dev    glib2-devel
+libsqlitecpp-dev  sqlitecpp-devel
+libcli11-dev      cli11-devel
+libelf-dev        elfutils-libelf-devel
+libgtest-dev      gtest-devel
+libgmock-dev      gmock-devel
+bats              bats
+rpm               rpm-build
+util-linux        util-linux
+locales           glibc-locale-source
+'
+check_packages='
+clang             clang
+clang-format      clang-tools-extra
+clang-tidy        clang-tools-extra
+libclang-rt-dev   compiler-rt
+cppcheck          cppcheck
+shellcheck        ShellCheck
+valgrind          valgrind
+hyperfine         hyperfine
+'
+
+fail() {
+  printf 'bootstrap: %s\n' "$*" >&2
+  exit 1
+}
+
+is_installed_by_apt() {
+  [[ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
+}
+
+is_installed_by_dnf() {
+  rpm -q --quiet "$1"
+}
+
+install_by_apt() {
+  "${as_root[@]}" apt-get update -qq &&
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "$@"
+}
+
+install_by_dnf() {
+  "${as_root[@]}" dnf install -y --setopt=install_weak_deps=False "$@"
+}
+
+case "${1-}" in
+  '') wanted=$base_packages ;;
+  --all) wanted=$base_packages$check_packages ;;
+  *) fail "unknown argument: $1" ;;
+esac
+
+if command -v apt-get >/dev/null; then
+  tool=apt
+  install_command='apt-get install'
+elif command -v dnf >/dev/null; then
+  tool=dnf
+  install_command='dnf install'
+else
+  fail "neither apt-get nor dnf is here. These packages (apt-get's name, dnf's name) are needed:$wanted"
+fi
+
+missing=()
+while read -r apt_name dnf_name; do
+  name=$apt_name
+  if [[ $tool == dnf ]]; then
+    name=$dnf_name
+  fi
+  if [[ -n $name ]] && ! "is_installed_by_$tool" "$name"; then
+    missing+=("$name")
+  fi
+done <<<"$wanted"
+
+if [[ ${#missing[@]} -eq 0 ]]; then
+  exit 0
+fi
+
+as_root=()
+if [[ $EUID -ne 0 ]]; then
+  command -v sudo >/dev/null ||
+    fail "these packages are missing, and there is no sudo. As root, run: $install_command ${missing[*]}"
+  as_root=(sudo)
+fi
+printf 'bootstrap: installing %s\n' "${missing[*]}"
+"install_by_$tool" "${missing[@]}" ||
+  fail "could not install these packages. As root, run: $install_command ${missing[*]}"
