@@ -14,8 +14,12 @@ struct object_deleter {
 };
 using owned_app_info = std::unique_ptr<GDesktopAppInfo, object_deleter>;
 
-/// Loads a desktop entry; one that cannot be loaded is told by a line and null.
-owned_app_info load_desktop_entry(const std::string& file) {
+/// Loads the desktop entry of the package `pkg`. Null without one, and with a line for one that cannot be loaded.
+owned_app_info load_desktop_entry(COrvexBase& module, const std::string& pkg) {
+    const std::string file = module.get_desktop_file(pkg);
+    if (file.empty()) {
+        return nullptr;
+    }
     owned_app_info info(g_desktop_app_info_new_from_filename(file.c_str()));
     if (info == nullptr) {
         print_line("加载desktop文件失败: ", file);
@@ -52,11 +56,7 @@ std::string COrvexBase::get_desktop_file(const std::string& pkg) {
 }
 
 std::string COrvexBase::get_desktop_icon(const std::string& pkg) {
-    const std::string file = get_desktop_file(pkg);
-    if (file.empty()) {
-        return {};
-    }
-    const owned_app_info info = load_desktop_entry(file);
+    const owned_app_info info = load_desktop_entry(*this, pkg);
     if (info == nullptr) {
         return {};
     }
@@ -66,11 +66,7 @@ std::string COrvexBase::get_desktop_icon(const std::string& pkg) {
 }
 
 std::string COrvexBase::get_desktop_name(const std::string& pkg) {
-    const std::string file = get_desktop_file(pkg);
-    if (file.empty()) {
-        return {};
-    }
-    const owned_app_info info = load_desktop_entry(file);
+    const owned_app_info info = load_desktop_entry(*this, pkg);
     if (info == nullptr) {
         return {};
     }

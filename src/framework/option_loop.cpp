@@ -3,8 +3,6 @@
 
 #include <clocale>
 
-#include "framework/output.h"
-
 namespace {
 
 /// Returns the action of a command letter, or `action_none` for any other letter.
@@ -23,15 +21,11 @@ int get_action(int letter) {
     }
 }
 
-run_end end_with_usage(COrvexBase& module, int result) {
-    module.usage();
-    return result;
-}
-
 run_end set_action(COrvexBase& module, int wanted, int& action) {
     // A second command letter gets the help and no message of its own.
     if (action != action_none) {
-        return end_with_usage(module, -1);
+        module.usage();
+        return -1;
     }
     action = wanted;
     return std::nullopt;
@@ -48,10 +42,10 @@ run_end read_options(COrvexBase& module, int argc, char** argv, const module_opt
     while ((letter = getopt_long(argc, argv, options.letters, options.words, nullptr)) != -1) {
         run_end end;
         if (letter == 'h') {
-            end = end_with_usage(module, 0);
+            module.usage();
+            end = 0;
         } else if (letter == '?') {
-            print_line(options.invalid_line);
-            end = end_with_usage(module, -1);
+            end = end_with_usage(module, options.invalid_line);
         } else if (const int wanted = get_action(letter); wanted != action_none) {
             end = set_action(module, wanted, action);
         } else if (letter != 0) {

@@ -80,3 +80,9 @@ run_end refuse_while_off(COrvexBase& module, const module_states& states, const 
     }
     return 0;
 }
+
+int end_with_usage(COrvexBase& module, const char* line) {
+    print_line(line);
+    module.usage();
+    return -1;
+}

@@ -42,3 +42,6 @@ run_end switch_on_or_off(COrvexBase& module, orvex_module_type type, int argc, c
 /// Stops everything but the help while the module is off, with the module's own `line`.
 run_end refuse_while_off(COrvexBase& module, const module_states& states, const std::string& first_arg,
                          const char* line);
+
+/// Ends a run whose command line lacks something: prints `line` and the help. Returns -1.
+int end_with_usage(COrvexBase& module, const char* line);

@@ -90,12 +90,6 @@ run_end switch_script(COrvexExec& module, int argc, char** argv, const module_st
     return module.set_module_status(module_exec_script, orvex_module_off);
 }
 
-int end_without_target(COrvexExec& module, const char* line) {
-    print_line(line);
-    module.usage();
-    return -1;
-}
-
 int set_policy(COrvexExec& module, const command_line& words, int action) {
     if (!words.file_path.empty()) {
         return module.set_exec_policy_by_file(words.file_path, action);
@@ -106,7 +100,7 @@ int set_policy(COrvexExec& module, const command_line& words, int action) {
     if (!words.pkg_name.empty()) {
         return module.set_exec_policy_by_pkg(words.pkg_name, action);
     }
-    return end_without_target(module, "设置执行管控可选文件、目录或者软件包, 请选择其中一种!");
+    return end_with_usage(module, "设置执行管控可选文件、目录或者软件包, 请选择其中一种!");
 }
 
 int set_except_policy(COrvexExec& module, const command_line& words, int action) {
@@ -119,7 +113,7 @@ int set_except_policy(COrvexExec& module, const command_line& words, int action)
     if (!words.pkg_name.empty()) {
         return module.set_exec_except_policy_by_pkg(words.pkg_name, action);
     }
-    return end_without_target(module, "设置例外程序可选文件、目录或者软件包, 请选择其中一种!");
+    return end_with_usage(module, "设置例外程序可选文件、目录或者软件包, 请选择其中一种!");
 }
 
 int list_policy(COrvexExec& module, const command_line& words) {

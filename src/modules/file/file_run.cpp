@@ -73,12 +73,6 @@ private:
     }
 };
 
-int end_with_usage(COrvexFile& module, const char* line) {
-    print_line(line);
-    module.usage();
-    return -1;
-}
-
 int set_policy(COrvexFile& module, const command_line& words, int action) {
     if (!words.file.empty()) {
         return module.set_file_policy_by_file(words.file, action);

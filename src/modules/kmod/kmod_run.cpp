@@ -40,12 +40,6 @@ struct command_line {
     }
 };
 
-int end_with_usage(COrvexKmod& module, const char* line) {
-    print_line(line);
-    module.usage();
-    return -1;
-}
-
 int add_policy(COrvexKmod& module, const command_line& words) {
     if (!words.file_path.empty()) {
         return module.add_kmod_by_file(words.file_path);

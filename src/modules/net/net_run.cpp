@@ -46,12 +46,6 @@ struct command_line {
     }
 };
 
-int end_with_usage(COrvexNet& module, const char* line) {
-    print_line(line);
-    module.usage();
-    return -1;
-}
-
 int add_policy(COrvexNet& module, const command_line& words) {
     if (!words.value.empty()) {
         print_line("错误: 添加联网管控策略时, 无需设置-v选项, 默认拒绝!");

@@ -76,12 +76,6 @@ private:
     }
 };
 
-int end_with_usage(COrvexProc& module, const char* line) {
-    print_line(line);
-    module.usage();
-    return -1;
-}
-
 /// The path goes before the process id.
 int set_policy(COrvexProc& module, const command_line& words, int action) {
     if (!words.file.empty()) {

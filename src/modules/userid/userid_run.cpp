@@ -96,9 +96,7 @@ int COrvexUserid::run(int argc, char** argv) {
     if (!pkg_name.empty()) {
         return print_userid_by_pkg(pkg_name);
     }
-    print_line("请输入需要查询三员用户标记的文件、目录或者软件包!");
-    usage();
-    return -1;
+    return end_with_usage(*this, "请输入需要查询三员用户标记的文件、目录或者软件包!");
 }
 
 void COrvexUserid::usage() {
