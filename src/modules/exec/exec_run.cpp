@@ -56,11 +56,13 @@ struct command_line {
     }
 };
 
-/// Serves `exec on` and `exec off`. Switching off takes script control along.
+/// Serves `exec on` and `exec off`. Switching off takes script control along, where it did not fail.
 run_end switch_exec(COrvexExec& module, int argc, const std::string& first_arg, int framework) {
     const run_end end = switch_on_or_off(module, module_exec, argc, first_arg, framework);
-    const bool is_switched_off = end && *end != -1 && first_arg == "off" && framework != orvex_status_disabled;
-    return is_switched_off ? module.set_module_status(module_exec_script, orvex_module_off) : end;
+    if (!end || first_arg == "on" || framework == orvex_status_disabled || *end == -1) {
+        return end;
+    }
+    return module.set_module_status(module_exec_script, orvex_module_off);
 }
 
 /// Serves `exec script on` and `exec script off`; any other word goes on as if it had not been "script".
