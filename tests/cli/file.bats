@@ -50,7 +50,7 @@ setup() {
   # shellcheck disable=SC2088
   change -A -f '~/h'
   expect_listed "$PWD/a {例外:}" "$BATS_TEST_TMPDIR/home/h {例外:}"
-  expect_line_for "文件[$PWD/a]已存在只读保护列表中, 无需重复添加!" -A -f ../work/./a
+  expect_line_for "文件[$PWD/a]已存在只读保护列表中, 无需重复添加!" -A -f ../desk/./a
   change -D -f link
   rm ../home/h
   # shellcheck disable=SC2088
@@ -87,7 +87,7 @@ END
   change -A -f gone.txt
   change -A -f gone.txt -e -f program
   rm gone.txt
-  expect_line_for "文件[$PWD/../work/gone.txt]不在只读保护列表中, 无需删除!" -D -f "$PWD/../work/gone.txt"
+  expect_line_for "文件[$PWD/../desk/gone.txt]不在只读保护列表中, 无需删除!" -D -f "$PWD/../desk/gone.txt"
   expect_listed "$PWD/gone.txt{例外:$PWD/program}"
   change -D -f "$PWD/gone.txt"
   expect_listed

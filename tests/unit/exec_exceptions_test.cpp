@@ -136,7 +136,7 @@ protected:
 
     /// What goes to the library and into the question: paths absolute, packages as they were typed.
     static std::string absolute(const std::string& piece) {
-        return GetParam().kind == object_kind::pkg ? piece : "/work/" + piece;
+        return GetParam().kind == object_kind::pkg ? piece : "/desk/" + piece;
     }
 
     strict_exec exec;

@@ -56,11 +56,11 @@ protected:
 };
 
 TEST_F(exec_file_listing_test, each_file_has_its_row_under_its_absolute_path) {
-    expect_good_file("b %s", "/work/b %s");
-    expect_row("/work/b %s", from_user, true);
+    expect_good_file("b %s", "/desk/b %s");
+    expect_row("/desk/b %s", from_user, true);
     expect_good_file("/home/tavro/a", "/home/tavro/a");
     expect_row("/home/tavro/a", from_user, true);
-    EXPECT_EQ(list("b %s::~/a"), (call_result{0, "row of /work/b %s\nrow of /home/tavro/a\n"}));
+    EXPECT_EQ(list("b %s::~/a"), (call_result{0, "row of /desk/b %s\nrow of /home/tavro/a\n"}));
 }
 
 TEST_F(exec_file_listing_test, neither_a_bad_piece_nor_a_failed_row_stops_the_list) {
@@ -149,8 +149,8 @@ TEST_F(exec_dir_listing_test, a_directory_may_be_named_by_a_link) {
 TEST_F(exec_dir_listing_test, an_exception_directory_has_one_row_of_the_piece_as_typed) {
     expect_good_dir("/home/tavro/x %s/", "/home/tavro/x %s");
     EXPECT_CALL(exec, is_dir_in_except_list("/home/tavro/x %s")).WillOnce(Return(true));
-    expect_good_dir("y", "/work/y");
-    EXPECT_CALL(exec, is_dir_in_except_list("/work/y")).WillOnce(Return(true));
+    expect_good_dir("y", "/desk/y");
+    EXPECT_CALL(exec, is_dir_in_except_list("/desk/y")).WillOnce(Return(true));
     EXPECT_EQ(list("~/x %s/:y"), (call_result{0, "~/x %s/       例外程序\ny       例外程序\n"}));
 }
 

@@ -83,8 +83,8 @@ TEST_P(exec_file_piece_test, a_file_without_an_absolute_path_is_told_and_the_lis
 
 TEST_P(exec_file_piece_test, a_directory_is_told_and_the_list_goes_on) {
     expect_exists("d");
-    expect_absolute_path("d", "/work/d");
-    expect_dir("/work/d", 1);
+    expect_absolute_path("d", "/desk/d");
+    expect_dir("/desk/d", 1);
     expect_exists("/e");
     expect_absolute_path("/e", "/e");
     expect_dir("/e", 1);

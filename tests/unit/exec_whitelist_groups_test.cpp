@@ -37,14 +37,14 @@ protected:
 };
 
 TEST_F(exec_dir_change_test, each_directory_is_changed_by_its_absolute_path_before_the_next_is_looked_at) {
-    expect_good_dir("a %s/", "/work/a %s");
-    expect_add("/work/a %s");
+    expect_good_dir("a %s/", "/desk/a %s");
+    expect_add("/desk/a %s");
     expect_good_dir("/home/tavro/b", "/home/tavro/b");
     expect_add("/home/tavro/b");
     EXPECT_EQ(add("a %s/::~/b"), (call_result{0, ""}));
 
-    expect_good_dir("a %s/", "/work/a %s");
-    expect_delete("/work/a %s");
+    expect_good_dir("a %s/", "/desk/a %s");
+    expect_delete("/desk/a %s");
     expect_good_dir("/home/tavro/b", "/home/tavro/b");
     expect_delete("/home/tavro/b");
     EXPECT_EQ(remove("a %s/::~/b"), (call_result{0, ""}));
@@ -74,10 +74,10 @@ TEST_F(exec_dir_change_test, a_directory_without_an_absolute_path_is_left_out) {
 
 TEST_F(exec_dir_change_test, a_negative_result_is_told_and_logged_and_the_list_goes_on) {
     for (const int result : {-1, -4, -2147483647}) {
-        expect_good_dir("~x %s", "/work/~x %s");
-        expect_add("/work/~x %s", result);
+        expect_good_dir("~x %s", "/desk/~x %s");
+        expect_add("/desk/~x %s", result);
         expect_failure_log("set_exec_policy_by_dir", "add exectl whlist failed, path: %s, ret: %d",
-                           "add exectl whlist failed, path: /work/~x %s, ret: " + std::to_string(result));
+                           "add exectl whlist failed, path: /desk/~x %s, ret: " + std::to_string(result));
         expect_good_dir("/b", "/b");
         expect_add("/b");
         EXPECT_EQ(add("~x %s:/b"), (call_result{0, "添加目录[~x %s]下所有文件可执行失败!\n"})) << result;

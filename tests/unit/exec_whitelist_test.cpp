@@ -113,15 +113,15 @@ const char* const not_controlled = "无需管控的文件类型, 无需添加或
 // The batch.
 
 TEST_F(exec_file_change_test, all_good_files_go_out_in_one_call_by_their_absolute_paths) {
-    expect_taken("b %s", "/work/b %s", no_record);
+    expect_taken("b %s", "/desk/b %s", no_record);
     expect_taken("/home/tavro/a", "/home/tavro/a", no_record);
-    expect_taken("b %s", "/work/b %s", no_record);
-    expect_add({"/work/b %s", "/home/tavro/a", "/work/b %s"});
+    expect_taken("b %s", "/desk/b %s", no_record);
+    expect_add({"/desk/b %s", "/home/tavro/a", "/desk/b %s"});
     EXPECT_EQ(add("b %s:~/a::b %s"), (call_result{0, ""}));
 
-    expect_taken("b %s", "/work/b %s");
+    expect_taken("b %s", "/desk/b %s");
     expect_taken("/home/tavro/a", "/home/tavro/a");
-    expect_delete({"/work/b %s", "/home/tavro/a"});
+    expect_delete({"/desk/b %s", "/home/tavro/a"});
     EXPECT_EQ(remove("b %s:~/a"), (call_result{0, ""}));
 }
 

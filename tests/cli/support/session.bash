@@ -9,8 +9,8 @@ load support/texts.bash
 # start_session: gives the test a home, a state and a working directory of its own, all empty, and no input.
 start_session() {
   can_run_as 600 || skip 'this machine allows no user namespaces'
-  mkdir -p "$BATS_TEST_TMPDIR"/{home,state,work}
-  cd "$BATS_TEST_TMPDIR/work" || return
+  mkdir -p "$BATS_TEST_TMPDIR"/{home,state,desk}
+  cd "$BATS_TEST_TMPDIR/desk" || return
   exec </dev/null
   session_environment=(
     "HOME=$BATS_TEST_TMPDIR/home"
