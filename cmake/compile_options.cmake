@@ -1,13 +1,15 @@
 # What every target of the project is compiled with. Warnings become errors by CMAKE_COMPILE_WARNING_AS_ERROR, which the
 # presets set and packagers need not.
-add_library(orvex_compile_options INTERFACE)
-target_compile_features(orvex_compile_options INTERFACE cxx_std_17)
-target_compile_definitions(orvex_compile_options INTERFACE _GLIBCXX_ASSERTIONS)
-target_compile_options(orvex_compile_options INTERFACE
+add_library(orvex_common_options INTERFACE)
+target_compile_features(orvex_common_options INTERFACE cxx_std_17)
+target_compile_definitions(orvex_common_options INTERFACE _GLIBCXX_ASSERTIONS)
+target_compile_options(orvex_common_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wformat=2 -Wcast-qual -Wcast-align
   -Wnon-virtual-dtor -Woverloaded-virtual -Wold-style-cast -Wnull-dereference -Wundef)
 
-# Optimised builds are hardened as well.
+# The program and its stand-in: optimised builds are hardened as well.
+add_library(orvex_compile_options INTERFACE)
+target_link_libraries(orvex_compile_options INTERFACE orvex_common_options)
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fcf-protection orvex_has_cf_protection)
 set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
@@ -18,3 +20,9 @@ target_compile_options(orvex_compile_options INTERFACE
   $<${optimised}:-U_FORTIFY_SOURCE>
   $<${optimised}:-D_FORTIFY_SOURCE=2>)
 target_link_options(orvex_compile_options INTERFACE $<${optimised}:-Wl,-z,relro,-z,now>)
+
+# The tests' own code is compiled more often than it runs: it is not optimised, whatever the build type. The objects of the
+# program that it is linked with are.
+add_library(orvex_test_options INTERFACE)
+target_link_libraries(orvex_test_options INTERFACE orvex_common_options)
+target_compile_options(orvex_test_options INTERFACE $<${optimised}:-O0>)

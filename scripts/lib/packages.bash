@@ -1,21 +1,18 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: Apache-2.0
-# What the demonstration, the tests and the measurements need to play with packages of their own.
+# What the demonstration and the tests need for packages that come and go.
 
-# with_opt DIR COMMAND [ARGUMENT...]: runs the command as root of a user and mount namespace in which DIR lies over /opt.
-# Nobody else sees it there.
-with_opt() {
-  # shellcheck disable=SC2016
-  unshare --user --map-root-user --mount \
-    bash -c 'mount --bind "$1" /opt && shift && exec "$@"' with_opt "$@"
-}
-
-# enter_package FILE, drop_package NAME: enter a package into the database that HOME leads to, and take it out. Its
-# files are not touched.
+# enter_package FILE [ROOT NEW_ROOT]: enters a package into the database that HOME leads to. Its files are not touched; they
+# lie where the package says or, where that is below ROOT, in NEW_ROOT.
 enter_package() {
-  run_rpm -i --justdb --nodeps --noscripts --nosignature "$1"
+  local moved=()
+  if [[ $# -eq 3 ]]; then
+    moved=(--badreloc --relocate "$2=$3")
+  fi
+  run_rpm -i --justdb --nodeps --noscripts --nosignature "${moved[@]}" "$1"
 }
 
+# drop_package NAME: takes it out again.
 drop_package() {
   run_rpm -e --justdb --nodeps --noscripts "$1"
 }

@@ -342,7 +342,7 @@ END
   mkdir -p d/closed e
   write_script e/a.sh
   chmod 0 d/closed
-  as 1234 orvex_policy exec -L -d d:e
+  as 600 orvex_policy exec -L -d d:e
   chmod 700 d/closed
   # The words between are the standard library's.
   sed -i 's/filesystem error: .*: Permission denied.*/.../' "$BATS_TEST_TMPDIR/output"

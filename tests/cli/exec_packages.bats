@@ -1,24 +1,18 @@
 #!/usr/bin/env bats
 # SPDX-License-Identifier: Apache-2.0
-# Execution control of packages: real ones, whose files lie in /opt for the commands of the session alone.
+# Execution control of packages: real ones, with files of the session's own.
 
 load support/session.bash
 load support/exec.bash
-load "$ORVEX_SOURCE_DIR/scripts/lib/packages.bash"
-
-bin=/opt/orvex-demo/bin
+load support/packages.bash
 
 setup() {
-  # The session changes the files, so it has its own.
-  cp -R --preserve=mode,links "$ORVEX_PACKAGES_DIR/root/opt" "$BATS_TEST_TMPDIR/opt"
-  start_session
-  session_environment+=("HOME=$ORVEX_PACKAGES_DIR/home")
+  start_package_session
+  for package in orvex-demo-tools orvex-empty orvex-labelled; do
+    install_package $package
+  done
+  bin=$root/orvex-demo/bin
   start_framework_with exec
-}
-
-# run_as UID COMMAND...: every command of the session finds the files of the packages.
-run_as() {
-  with_opt "$BATS_TEST_TMPDIR/opt" unshare --user --map-user="$1" "${@:2}"
 }
 
 @test "the scripts of a package are added, listed, told when they change, and deleted" {
@@ -26,14 +20,14 @@ run_as() {
   do_silently 0 orvex_policy exec -A -P orvex-demo-tools
   # Links and other kinds of files have no row.
   expect_line_for "$bin/hello       可执行" -L -P orvex-demo-tools
-  expect_line_for "$bin/hi       不可执行" -L -f $bin/hi
-  as 0 orvex_policy exec -L -d $bin
+  expect_line_for "$bin/hi       不可执行" -L -f "$bin/hi"
+  as 0 orvex_policy exec -L -d "$bin"
   expect_sorted 0 <<END
 $bin/hello       可执行
 $bin/hi       不可执行
 END
-  sed -i 's/hello$/hallo/' "$BATS_TEST_TMPDIR"/opt/orvex-demo/bin/hello
-  expect_tampered $bin/hello
+  sed -i 's/hello$/hallo/' "$bin/hello"
+  expect_tampered "$bin/hello"
   expect_line_for "$bin/hello       不可执行" -L -P orvex-demo-tools
   do_silently 0 orvex_policy exec -D -P orvex-demo-tools
   expect_tampered
@@ -67,35 +61,35 @@ END
   expect_line_for '放行   软件包:orvex-demo-tools' -L
   expect_line_for '软件包[orvex-demo-tools]已存在例外程序列表中, 无需重复添加!' -A -e -P orvex-demo-tools
   expect_line_for 'orvex-demo-tools       例外程序' -L -P orvex-demo-tools
-  expect_line_for "$bin/hello       例外程序" -L -f $bin/hello
-  as 0 orvex_policy exec -L -d $bin
+  expect_line_for "$bin/hello       例外程序" -L -f "$bin/hello"
+  as 0 orvex_policy exec -L -d "$bin"
   expect_sorted 0 <<END
 $bin/hello       例外程序
 $bin/hi       例外程序
 END
   do_silently 0 orvex_policy exec -D -e -P orvex-demo-tools
   expect_line_for '软件包[orvex-demo-tools]不在例外程序列表中, 无需删除!' -D -e -P orvex-demo-tools
-  expect_line_for "$bin/hello       不可执行" -L -f $bin/hello
+  expect_line_for "$bin/hello       不可执行" -L -f "$bin/hello"
   expect_no_exceptions
 }
 
 @test "files, directories and packages are exceptions side by side" {
   do_silently 0 orvex_policy exec -A -e -P orvex-empty:orvex-demo-tools
-  do_silently 0 orvex_policy exec -A -e -d /opt/orvex-demo/share
-  do_silently 0 orvex_policy exec -A -e -f $bin/hello
+  do_silently 0 orvex_policy exec -A -e -d "$root/orvex-demo/share"
+  do_silently 0 orvex_policy exec -A -e -f "$bin/hello"
   as 0 orvex_policy exec -L
   expect 0 <<END
 放行   文件:$bin/hello
-放行   目录:/opt/orvex-demo/share/
+放行   目录:$root/orvex-demo/share/
 放行   软件包:orvex-empty:orvex-demo-tools
 END
 }
 
 @test "the files of a package obey exceptions by file and by directory" {
-  do_silently 0 orvex_policy exec -A -e -d /opt/orvex-demo
+  do_silently 0 orvex_policy exec -A -e -d "$root/orvex-demo"
   expect_line_for "$bin/hello       例外程序" -L -P orvex-demo-tools
-  do_silently 0 orvex_policy exec -D -e -d /opt/orvex-demo
-  do_silently 0 orvex_policy exec -A -e -f $bin/hello
+  do_silently 0 orvex_policy exec -D -e -d "$root/orvex-demo"
+  do_silently 0 orvex_policy exec -A -e -f "$bin/hello"
   expect_line_for "$bin/hello       例外程序" -L -P orvex-demo-tools
 }
 

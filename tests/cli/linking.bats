@@ -78,12 +78,58 @@ libvemulabelmgr.so
 END
 }
 
-@test "the installed program looks for its libraries where the system does, and the stand-in stays at home" {
-  DESTDIR=$PWD/root cmake --install "$ORVEX_BUILD_DIR" >install.log
-  find root -type f -name orvex_policy >installed
-  [[ $(wc -l <installed) -eq 1 ]]
-  run -1 grep -E 'RPATH|RUNPATH' <(readelf --dynamic --wide "$(<installed)")
-  [[ -z $(find root -name 'liborvex*' -o -name 'libvemu*' -o -name 'orvex_local*') ]]
+# print_objects DIR...: the programs and shared objects that a build leaves in these directories.
+print_objects() {
+  find "$@" -type f \( -perm -u+x -o -name '*.so*' \) -exec sh -c 'readelf -h "$1" >/dev/null 2>&1' sh {} \; -print
+}
+
+# print_run_path FILE
+print_run_path() {
+  readelf --dynamic --wide "$1" | sed -n 's/.*(\(RPATH\|RUNPATH\)).*\[\(.*\)\]/\1 \2/p'
+}
+
+@test "what is built finds the stand-in beside itself, and looks in no other place" {
+  print_objects "$ORVEX_BIN_DIR" "$ORVEX_BIN_DIR/../lib" >objects
+  for name in orvex_policy orvex_local unit_tests liborvex.so.0 libvemulabelmgr.so; do
+    grep -q "/$name" objects
+  done
+  while read -r object; do
+    print_run_path "$object"
+  done <objects | sort -u >run_paths
+  # shellcheck disable=SC2016
+  diff -u - run_paths <<<'RUNPATH $ORIGIN/../lib'
+}
+
+@test "a library in the current directory is not loaded" {
+  for name in libpopt.so.0 librpm.so.9 liborvex.so.0 libc.so.6; do
+    echo 'no library' >"$name"
+  done
+  as 0 orvex_policy status
+  expect 0 <<<'orvex status : disable'
+}
+
+@test "a build with the stand-in refuses to be installed" {
+  DESTDIR=$PWD/root run -1 cmake --install "$ORVEX_BUILD_DIR"
+  [[ $(tr -s ' \n' ' ' <<<"$output") == *'is linked with the stand-in for the service library and is not for installing.'* ]]
+  [[ ! -e root ]]
+}
+
+# The libraries of the stand-in pass for the framework's, which have the same names.
+@test "a build against the framework's libraries installs the program alone, which finds them where the system does" {
+  cp -R "$ORVEX_BIN_DIR/../lib" framework
+  cmake -S "$ORVEX_SOURCE_DIR" -B build -G Ninja -DCMAKE_CXX_COMPILER="${CXX:-c++}" -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_CXX_FLAGS_RELEASE=-O1 -DORVEX_SERVICE_DIR="$PWD/framework" >cmake.log
+  cmake --build build >build.log || {
+    cat build.log
+    return 1
+  }
+  DESTDIR=$PWD/root cmake --install build >install.log
+  print_objects root >installed
+  [[ $(wc -l <installed) -eq 1 && $(<installed) == */bin/orvex_policy ]]
+  [[ -z $(print_run_path "$(<installed)") ]]
+  session_environment+=("LD_LIBRARY_PATH=$PWD/framework")
+  as 0 "$PWD/$(<installed)" status
+  expect 0 <<<'orvex status : disable'
 }
 
 @test "the optimised program is hardened" {
@@ -103,7 +149,7 @@ END
 @test "a library put in front serves every service function" {
   prepare_recording
   session_environment+=('LD_DEBUG=bindings' 'LD_BIND_NOW=1' "LD_DEBUG_OUTPUT=$PWD/bindings")
-  record 1234 orvex_policy --version
+  record 0 orvex_policy --version
   sed -n "s|.*binding file .*orvex_policy \[0\] to .*/recording.so \[0\]: normal symbol .\([A-Za-z0-9_]*\)'.*|\1|p" \
     bindings.* | sort -u >bound
   diff -u <(print_called_functions) bound

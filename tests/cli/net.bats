@@ -25,17 +25,18 @@ expect_complaint_for() {
   )
 }
 
-# use_tools: there are two programs in /opt/tools, and the module is on.
+# use_tools: there are two programs in $tools, and the module is on.
 use_tools() {
   start_framework_with net
-  tools=$session_opt/tools
+  tools=$root/tools
   mkdir "$tools"
   touch "$tools/one" "$tools/two"
 }
 
-# as_in_tools UID COMMAND...: the command runs in the directory of the programs, as its user sees it.
+# as_in_tools UID COMMAND...: the command runs in the directory of the programs.
 as_in_tools() {
-  as "$1" sh -c 'cd /opt/tools && exec "$@"' sh "${@:2}"
+  cd "$tools" || return
+  as "$@"
 }
 
 # expect_line_in_tools LINE ARGUMENT...
@@ -112,61 +113,61 @@ expect_line_in_tools() {
 
 @test "a program of no package is added, updated, listed and deleted" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
-  do_silently 0 orvex_policy net --file=/opt/tools/two --add
+  do_silently 0 orvex_policy net -A -f "$tools/one"
+  do_silently 0 orvex_policy net "--file=$tools/two" --add
   expect_records <<END
-program [/opt/tools/one] status 2 label [/opt/tools/one] text1 [] text2 [] tag 2
-program [/opt/tools/two] status 2 label [/opt/tools/two] text1 [] text2 [] tag 2
+program [$tools/one] status 2 label [$tools/one] text1 [] text2 [] tag 2
+program [$tools/two] status 2 label [$tools/two] text1 [] text2 [] tag 2
 END
-  do_silently 0 orvex_policy net -U -f /opt/tools/one -v allow
+  do_silently 0 orvex_policy net -U -f "$tools/one" -v allow
   expect_listed <<END
 应用程序:
-   允许: /opt/tools/one
-   阻止: /opt/tools/two
+   允许: $tools/one
+   阻止: $tools/two
 END
   expect_records <<END
-program [/opt/tools/one] status 1 label [/opt/tools/one] text1 [] text2 [] tag 2
-program [/opt/tools/two] status 2 label [/opt/tools/two] text1 [] text2 [] tag 2
+program [$tools/one] status 1 label [$tools/one] text1 [] text2 [] tag 2
+program [$tools/two] status 2 label [$tools/two] text1 [] text2 [] tag 2
 END
-  do_silently 0 orvex_policy net -U -v deny -f /opt/tools/one
-  do_silently 0 orvex_policy net -D -f /opt/tools/two
+  do_silently 0 orvex_policy net -U -v deny -f "$tools/one"
+  do_silently 0 orvex_policy net -D -f "$tools/two"
   expect_listed <<END
 应用程序:
-   阻止: /opt/tools/one
+   阻止: $tools/one
 END
-  do_silently 0 orvex_policy net --delete --file /opt/tools/one
+  do_silently 0 orvex_policy net --delete --file "$tools/one"
   expect_nothing_listed
   expect_log </dev/null
 }
 
 @test "a second add, and an update or delete of nothing, are told" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
-  expect_line_for '程序[/opt/tools/one]的联网管控策略已添加, 无需重复添加!' -A -f /opt/tools/one
-  expect_line_for '程序[/opt/tools/two]的联网管控策略不存在, 请先添加!' -U -f /opt/tools/two -v allow
-  expect_line_for '程序[/opt/tools/two]的联网管控策略不存在, 无需删除!' -D -f /opt/tools/two
+  do_silently 0 orvex_policy net -A -f "$tools/one"
+  expect_line_for "程序[$tools/one]的联网管控策略已添加, 无需重复添加!" -A -f "$tools/one"
+  expect_line_for "程序[$tools/two]的联网管控策略不存在, 请先添加!" -U -f "$tools/two" -v allow
+  expect_line_for "程序[$tools/two]的联网管控策略不存在, 无需删除!" -D -f "$tools/two"
   expect_listed <<END
 应用程序:
-   阻止: /opt/tools/one
+   阻止: $tools/one
 END
   expect_log </dev/null
 }
 
 @test "an add does not undo an update" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
-  do_silently 0 orvex_policy net -U -f /opt/tools/one -v allow
-  expect_line_for '程序[/opt/tools/one]的联网管控策略已添加, 无需重复添加!' -A -f /opt/tools/one
+  do_silently 0 orvex_policy net -A -f "$tools/one"
+  do_silently 0 orvex_policy net -U -f "$tools/one" -v allow
+  expect_line_for "程序[$tools/one]的联网管控策略已添加, 无需重复添加!" -A -f "$tools/one"
   expect_listed <<END
 应用程序:
-   允许: /opt/tools/one
+   允许: $tools/one
 END
 }
 
 @test "a relative path is stored in its absolute form, and lines show now the one and now the other" {
   use_tools
   expect_line_in_tools '程序[one]的联网管控策略不存在, 请先添加!' -U -f one -v allow
-  expect_line_in_tools '程序[/opt/tools/one]的联网管控策略不存在, 无需删除!' -D -f one
+  expect_line_in_tools "程序[$tools/one]的联网管控策略不存在, 无需删除!" -D -f one
   as_in_tools 0 orvex_policy net -A -f one
   expect_silence
   expect_line_in_tools '程序[../tools/./one]的联网管控策略已添加, 无需重复添加!' -A -f ../tools/./one
@@ -174,7 +175,7 @@ END
   expect_silence
   expect_listed <<END
 应用程序:
-   允许: /opt/tools/one
+   允许: $tools/one
 END
   as_in_tools 0 orvex_policy net -D -f ../tools/one
   expect_silence
@@ -183,73 +184,73 @@ END
 
 @test "what is no file is told, and a delete takes an absolute path as it stands" {
   use_tools
-  expect_line_for '文件路径[/opt/tools/none]不存在!' -A -f /opt/tools/none
+  expect_line_for "文件路径[$tools/none]不存在!" -A -f "$tools/none"
   expect_line_for '文件路径[none]不存在!' -U -f none -v deny
   expect_line_for '文件[none]不存在, 请输入文件据对路径!' -D -f none
-  expect_line_for '路径[/opt/tools]是目录, 请输入文件路径' -A -f /opt/tools
-  expect_line_for '路径[/opt/tools]是目录, 请输入文件路径' -U -f /opt/tools -v allow
+  expect_line_for "路径[$tools]是目录, 请输入文件路径" -A -f "$tools"
+  expect_line_for "路径[$tools]是目录, 请输入文件路径" -U -f "$tools" -v allow
   expect_line_in_tools '路径[../tools]是目录, 请输入文件路径' -D -f ../tools
-  expect_line_for '程序[/opt/tools/none]的联网管控策略不存在, 无需删除!' -D -f /opt/tools/none
-  expect_line_for '程序[/opt/tools/]的联网管控策略不存在, 无需删除!' -D -f /opt/tools/
+  expect_line_for "程序[$tools/none]的联网管控策略不存在, 无需删除!" -D -f "$tools/none"
+  expect_line_for "程序[$tools/]的联网管控策略不存在, 无需删除!" -D -f "$tools/"
   expect_nothing_listed
 }
 
 @test "a program that is gone is deleted by its absolute path alone" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
+  do_silently 0 orvex_policy net -A -f "$tools/one"
   rm "$tools/one"
-  expect_line_for '文件路径[/opt/tools/one]不存在!' -A -f /opt/tools/one
-  expect_line_for '文件路径[/opt/tools/one]不存在!' -U -f /opt/tools/one -v allow
+  expect_line_for "文件路径[$tools/one]不存在!" -A -f "$tools/one"
+  expect_line_for "文件路径[$tools/one]不存在!" -U -f "$tools/one" -v allow
   expect_line_in_tools '文件[one]不存在, 请输入文件据对路径!' -D -f one
   # A delete does not tidy an absolute path.
-  expect_line_for '程序[/opt/./tools/one]的联网管控策略不存在, 无需删除!' -D -f /opt/./tools/one
-  do_silently 0 orvex_policy net -D -f /opt/tools/one
+  expect_line_for "程序[$root/./tools/one]的联网管控策略不存在, 无需删除!" -D -f "$root/./tools/one"
+  do_silently 0 orvex_policy net -D -f "$tools/one"
   expect_nothing_listed
 }
 
 @test "a link is a program of its own" {
   use_tools
   ln -s one "$tools/link"
-  do_silently 0 orvex_policy net -A -f /opt/tools/link
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
+  do_silently 0 orvex_policy net -A -f "$tools/link"
+  do_silently 0 orvex_policy net -A -f "$tools/one"
   expect_listed <<END
 应用程序:
-   阻止: /opt/tools/link
-   阻止: /opt/tools/one
+   阻止: $tools/link
+   阻止: $tools/one
 END
   ln -s . "$tools/dir"
-  expect_line_for '路径[/opt/tools/dir]是目录, 请输入文件路径' -A -f /opt/tools/dir
+  expect_line_for "路径[$tools/dir]是目录, 请输入文件路径" -A -f "$tools/dir"
 }
 
 @test "all policies are those of user 0, and only the listing is open to everybody" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
+  do_silently 0 orvex_policy net -A -f "$tools/one"
   separate_roles
   for user in 0 1234; do
-    as "$user" orvex_policy net -U -f /opt/tools/one -v allow
+    as "$user" orvex_policy net -U -f "$tools/one" -v allow
     expect 0 <<<'当前用户无权限执行, 请切换secadm用户执行!'
     as "$user" orvex_policy net -v allow -L
     expect 0 <<<'当前用户无权限执行, 请切换secadm用户执行!'
   done
-  do_silently 600 orvex_policy net -U -f /opt/tools/one -v allow
-  do_silently 600 orvex_policy net -A -f /opt/tools/two
+  do_silently 600 orvex_policy net -U -f "$tools/one" -v allow
+  do_silently 600 orvex_policy net -A -f "$tools/two"
   expect_records <<END
-program [/opt/tools/one] status 1 label [/opt/tools/one] text1 [] text2 [] tag 2
-program [/opt/tools/two] status 2 label [/opt/tools/two] text1 [] text2 [] tag 2
+program [$tools/one] status 1 label [$tools/one] text1 [] text2 [] tag 2
+program [$tools/two] status 2 label [$tools/two] text1 [] text2 [] tag 2
 END
   for user in 0 600 1234; do
     as "$user" orvex_policy net --list
     expect 0 <<END
 应用程序:
-   允许: /opt/tools/one
-   阻止: /opt/tools/two
+   允许: $tools/one
+   阻止: $tools/two
 END
   done
 }
 
 @test "a library that cannot store a change is told of" {
   use_tools
-  do_silently 0 orvex_policy net -A -f /opt/tools/one
+  do_silently 0 orvex_policy net -A -f "$tools/one"
   separate_roles
   chmod -R a-w "$BATS_TEST_TMPDIR/state"
   as_in_tools 600 orvex_policy net -A -f two
@@ -257,10 +258,10 @@ END
   as_in_tools 600 orvex_policy net -U -f one -v allow
   expect 0 <<<'更新程序[one]的联网管控状态失败!'
   as_in_tools 600 orvex_policy net -D -f one
-  expect 0 <<<'删除程序[/opt/tools/one]联网管控失败!'
+  expect 0 <<<"删除程序[$tools/one]联网管控失败!"
   chmod -R u+w "$BATS_TEST_TMPDIR/state"
   expect_listed <<END
 应用程序:
-   阻止: /opt/tools/one
+   阻止: $tools/one
 END
 }

@@ -17,20 +17,20 @@ setup() {
 }
 
 @test "the name of a program is kept byte for byte" {
-  mkdir "$session_opt/names"
+  mkdir "$root/names"
   for name in "${names[@]}"; do
-    touch "$session_opt/names/$name"
-    do_silently 0 orvex_policy net -A -f "/opt/names/$name"
-    expect_line_for "程序[/opt/names/$name]的联网管控策略已添加, 无需重复添加!" -A -f "/opt/names/$name"
-    do_silently 0 orvex_policy net -U -f "/opt/names/$name" -v allow
-    expect_listed < <(printf '应用程序:\n   允许: /opt/names/%s\n' "$name")
+    touch "$root/names/$name"
+    do_silently 0 orvex_policy net -A -f "$root/names/$name"
+    expect_line_for "程序[$root/names/$name]的联网管控策略已添加, 无需重复添加!" -A -f "$root/names/$name"
+    do_silently 0 orvex_policy net -U -f "$root/names/$name" -v allow
+    expect_listed < <(printf '应用程序:\n   允许: %s\n' "$root/names/$name")
     expect_records \
-      < <(printf 'program [%s] status 1 label [%s] text1 [] text2 [] tag 2\n' "/opt/names/$name" "/opt/names/$name")
-    do_silently 0 orvex_policy net -D -f "/opt/names/$name"
+      < <(printf 'program [%s] status 1 label [%s] text1 [] text2 [] tag 2\n' "$root/names/$name" "$root/names/$name")
+    do_silently 0 orvex_policy net -D -f "$root/names/$name"
     expect_nothing_listed
-    rm -- "$session_opt/names/$name"
-    expect_line_for "文件路径[/opt/names/$name]不存在!" -A -f "/opt/names/$name"
-    expect_line_for "程序[/opt/names/$name]的联网管控策略不存在, 无需删除!" -D -f "/opt/names/$name"
+    rm -- "$root/names/$name"
+    expect_line_for "文件路径[$root/names/$name]不存在!" -A -f "$root/names/$name"
+    expect_line_for "程序[$root/names/$name]的联网管控策略不存在, 无需删除!" -D -f "$root/names/$name"
   done
 }
 
@@ -41,9 +41,9 @@ setup() {
 }
 
 @test "a colon and a tilde mean nothing to network control" {
-  mkdir "$session_opt/names"
-  touch "$session_opt/names/a" "$session_opt/names/b" "$BATS_TEST_TMPDIR/home/c"
-  expect_line_for '文件路径[/opt/names/a:/opt/names/b]不存在!' -A -f /opt/names/a:/opt/names/b
+  mkdir "$root/names"
+  touch "$root/names/a" "$root/names/b" "$BATS_TEST_TMPDIR/home/c"
+  expect_line_for "文件路径[$root/names/a:$root/names/b]不存在!" -A -f "$root/names/a:$root/names/b"
   expect_line_for '文件路径[~/c]不存在!' -A -f '~'/c
   expect_line_for '软件包[a:b]名称错误, 或者未安装!' -A -P a:b
 }
@@ -58,17 +58,17 @@ setup() {
 
 # The longest path that the system opens has 4095 bytes; the label ends earlier.
 @test "a path of 4095 bytes is kept whole, with a label of 255" {
-  # Sixteen pieces of 254 bytes, each behind a slash, behind /opt.
+  # Sixteen pieces of 254 bytes, each behind a slash, behind the root.
   piece=$(printf 'p%.0s' {1..254})
-  path=/opt
+  path=$root
   for _ in {1..16}; do
     path+=/$piece
   done
   path=${path:0:4095}
   # A full path to it from here is too long.
-  cd "$session_opt"
-  mkdir -p "$(dirname "${path#/opt/}")"
-  touch "${path#/opt/}"
+  cd "$root"
+  mkdir -p "$(dirname "${path#"$root"/}")"
+  touch "${path#"$root"/}"
   [[ ${#path} -eq $(printf '%s' "$path" | wc -c) ]]
 
   do_silently 0 orvex_policy net -A -f "$path"

@@ -1,15 +1,14 @@
 #!/usr/bin/env bats
 # SPDX-License-Identifier: Apache-2.0
-# The administrator roles' labels of files, of directories and of packages, which are real ones with their files in /opt.
+# The administrator roles' labels of files, of directories and of packages, which are real ones.
 
 load support/session.bash
 load support/packages.bash
 
-labelled=/opt/orvex-labelled
-
 setup() {
   start_package_session
   install_package orvex-labelled
+  labelled=$root/orvex-labelled
   administrator=0
 }
 
@@ -61,7 +60,7 @@ expect_nothing_for() {
 
 @test "while the roles are not separated everything else is refused" {
   for state in disabled together; do
-    expect_line_for '三权分立功能未开启!' -L -f $labelled/plain.conf
+    expect_line_for '三权分立功能未开启!' -L -f "$labelled/plain.conf"
     expect_line_for '三权分立功能未开启!' -L -d /missing
     expect_line_for '三权分立功能未开启!' --list
     expect_line_for '三权分立功能未开启!' -x
@@ -82,29 +81,29 @@ expect_nothing_for() {
 
 @test "a file shows its role, and another one none" {
   start_roles
-  label root $labelled/plain.conf
+  label root "$labelled/plain.conf"
   label secadm /etc/passwd
-  label auditadm $labelled/auditors.conf
-  expect_line_for "$labelled/plain.conf: root" -L -f $labelled/plain.conf
+  label auditadm "$labelled/auditors.conf"
+  expect_line_for "$labelled/plain.conf: root" -L -f "$labelled/plain.conf"
   expect_line_for '/etc/passwd: secadm' --list --file=/etc/passwd
-  expect_line_for "$labelled/auditors.conf: auditadm" -f $labelled/auditors.conf -L
-  expect_line_for "$labelled/both.conf: none" -L -f $labelled/both.conf
+  expect_line_for "$labelled/auditors.conf: auditadm" -f "$labelled/auditors.conf" -L
+  expect_line_for "$labelled/both.conf: none" -L -f "$labelled/both.conf"
 }
 
 @test "a label taken away is gone in the next process" {
   start_roles
-  label secadm $labelled/plain.conf
-  expect_line_for "$labelled/plain.conf: secadm" -L -f $labelled/plain.conf
-  do_silently 0 orvex_local label remove secadm $labelled/plain.conf
-  expect_line_for "$labelled/plain.conf: none" -L -f $labelled/plain.conf
+  label secadm "$labelled/plain.conf"
+  expect_line_for "$labelled/plain.conf: secadm" -L -f "$labelled/plain.conf"
+  do_silently 0 orvex_local label remove secadm "$labelled/plain.conf"
+  expect_line_for "$labelled/plain.conf: none" -L -f "$labelled/plain.conf"
 }
 
 @test "of two roles a file alone shows the first and a batch the last" {
   start_roles
-  label root $labelled/both.conf
-  label auditadm $labelled/both.conf
-  expect_line_for "$labelled/both.conf: root" -L -f $labelled/both.conf
-  expect_userid -L -d $labelled <<END
+  label root "$labelled/both.conf"
+  label auditadm "$labelled/both.conf"
+  expect_line_for "$labelled/both.conf: root" -L -f "$labelled/both.conf"
+  expect_userid -L -d "$labelled" <<END
 $labelled/auditors.conf: none
 $labelled/both.conf: auditadm
 $labelled/plain.conf: none
@@ -119,8 +118,8 @@ END
 
 @test "a link carries the label of its file" {
   start_roles
-  label auditadm $labelled/auditors.conf
-  expect_line_for "$labelled/linked.conf: auditadm" -L -f $labelled/linked.conf
+  label auditadm "$labelled/auditors.conf"
+  expect_line_for "$labelled/linked.conf: auditadm" -L -f "$labelled/linked.conf"
   expect_userid -L -P orvex-labelled <<END
 $labelled/auditors.conf: auditadm
 $labelled/both.conf: none
@@ -161,17 +160,17 @@ END
 @test "a package shows all that it owns, in its own order, whether it is there or not" {
   start_roles
   install_package orvex-demo-tools
-  rm "$session_opt/orvex-demo/bin/hello"
-  label secadm /opt/orvex-demo/bin/hello '/opt/orvex-demo/share/100%s "two words"' /opt/orvex-demo/share/文件
-  expect_userid -L -P orvex-demo-tools <<'END'
-/opt/orvex-demo: none
-/opt/orvex-demo/bin: none
-/opt/orvex-demo/bin/hello: secadm
-/opt/orvex-demo/bin/hi: none
-/opt/orvex-demo/share: none
-/opt/orvex-demo/share/100%s "two words": secadm
-/opt/orvex-demo/share/dangling: none
-/opt/orvex-demo/share/文件: secadm
+  rm "$root/orvex-demo/bin/hello"
+  label secadm "$root"/orvex-demo/{bin/hello,'share/100%s "two words"',share/文件}
+  expect_userid -L -P orvex-demo-tools <<END
+$root/orvex-demo: none
+$root/orvex-demo/bin: none
+$root/orvex-demo/bin/hello: secadm
+$root/orvex-demo/bin/hi: none
+$root/orvex-demo/share: none
+$root/orvex-demo/share/100%s "two words": secadm
+$root/orvex-demo/share/dangling: none
+$root/orvex-demo/share/文件: secadm
 END
 }
 
@@ -185,8 +184,8 @@ END
   start_roles
   expect_line_for '软件包[orvex-shared-a]未安装, 不支持查询' -L -P orvex-shared-a
   install_package orvex-shared-a
-  expect_line_for '/opt/orvex-shared/common: none' -L --package orvex-shared-a
-  expect_line_for '/opt/orvex-shared/common: none' -L -P orvex-shared-a-1.0
+  expect_line_for "$root/orvex-shared/common: none" -L --package orvex-shared-a
+  expect_line_for "$root/orvex-shared/common: none" -L -P orvex-shared-a-1.0
   remove_package orvex-shared-a
   expect_line_for '软件包[orvex-shared-a]未安装, 不支持查询' -P orvex-shared-a
 }
@@ -195,9 +194,9 @@ END
   start_roles
   mkdir directory
   touch directory/file
-  expect_line_for "$labelled/plain.conf: none" -L -P orvex-labelled -d directory -f $labelled/plain.conf
+  expect_line_for "$labelled/plain.conf: none" -L -P orvex-labelled -d directory -f "$labelled/plain.conf"
   expect_line_for "$PWD/directory/file: none" -d directory -P orvex-labelled -L
-  expect_line_for '软件包[none]未安装, 不支持查询' -L -f $labelled/plain.conf -P none
+  expect_line_for '软件包[none]未安装, 不支持查询' -L -f "$labelled/plain.conf" -P none
 }
 
 @test "a path is tested when its option is met" {
@@ -215,7 +214,7 @@ END
     echo '请输入需要查询三员用户标记的文件、目录或者软件包!'
     print_userid_help
   )
-  expect_help_for -f $labelled/plain.conf
+  expect_help_for -f "$labelled/plain.conf"
   expect_help_for word
 }
 
@@ -231,23 +230,23 @@ END
 @test "everybody may list, where the listing stands first" {
   start_roles
   for user in 0 600 1234; do
-    as "$user" orvex_policy userid -L -f $labelled/plain.conf
+    as "$user" orvex_policy userid -L -f "$labelled/plain.conf"
     expect 0 <<<"$labelled/plain.conf: none"
   done
-  as 600 orvex_policy userid -f $labelled/plain.conf -L
+  as 600 orvex_policy userid -f "$labelled/plain.conf" -L
   expect 0 <<<"$labelled/plain.conf: none"
   for user in 0 1234; do
-    as "$user" orvex_policy userid -f $labelled/plain.conf -L
+    as "$user" orvex_policy userid -f "$labelled/plain.conf" -L
     expect 0 <<<'当前用户无权限执行, 请切换secadm用户执行!'
   done
 }
 
 @test "nothing is changed and nothing is logged" {
   start_roles
-  label root $labelled/plain.conf
+  label root "$labelled/plain.conf"
   as 0 orvex_local show
   mv "$BATS_TEST_TMPDIR/output" before
-  as 0 orvex_policy userid -L -f $labelled/plain.conf
+  as 0 orvex_policy userid -L -f "$labelled/plain.conf"
   as 0 orvex_policy userid -L -d /missing
   as 0 orvex_policy userid -L -P none
   as 0 orvex_local show

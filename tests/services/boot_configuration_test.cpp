@@ -3,7 +3,9 @@
 #include <ostream>
 
 #include "framework/module_base.h"
-#include "services/private_host.h"
+#include "services/replaced_file.h"
+#include "support/module_test.h"
+#include "support/scratch_dir.h"
 
 namespace {
 
@@ -37,7 +39,7 @@ const std::vector<boot_case> common_cases = {
     {"no_newline", "lsm=vemu security=box", true},
 };
 
-class boot_configuration_test : public private_host_test, public testing::WithParamInterface<boot_case> {
+class boot_configuration_test : public module_test, public testing::WithParamInterface<boot_case> {
 protected:
     void expect_answer(const std::function<bool(COrvexBase&)>& ask) {
         COrvexBase base;
@@ -57,7 +59,7 @@ bool ask_grub(COrvexBase& base) {
 using kernel_command_line_test = boot_configuration_test;
 
 TEST_P(kernel_command_line_test, decides) {
-    const bound_path cmdline(scratch.write("cmdline", GetParam().content), "/proc/cmdline");
+    const replaced_file cmdline("/proc/cmdline", scratch.write("cmdline", GetParam().content));
     expect_answer(ask_cmdline);
 }
 
@@ -71,8 +73,7 @@ INSTANTIATE_TEST_SUITE_P(file, kernel_command_line_test,
 using boot_loader_defaults_test = boot_configuration_test;
 
 TEST_P(boot_loader_defaults_test, decide) {
-    scratch.write("grub", GetParam().content);
-    const bound_path defaults(scratch.path(), "/etc/default");
+    const replaced_file defaults("/etc/default/grub", scratch.write("grub", GetParam().content));
     expect_answer(ask_grub);
 }
 
@@ -102,7 +103,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct missing_file {
     std::string name;
-    std::string directory;
+    std::string path;
     bool (*ask)(COrvexBase& base);
     std::string line;
 };
@@ -111,19 +112,20 @@ void PrintTo(const missing_file& one, std::ostream* stream) {
     *stream << one.name;
 }
 
-class boot_file_test : public private_host_test, public testing::WithParamInterface<missing_file> {};
+class boot_file_test : public module_test, public testing::WithParamInterface<missing_file> {};
 
 TEST_P(boot_file_test, missing_is_told) {
     COrvexBase base;
     const scratch_dir empty;
-    const bound_path directory(empty.path(), GetParam().directory);
+    const replaced_file file(GetParam().path, empty.path() + "/missing");
     EXPECT_EQ(capture([&] { return GetParam().ask(base) ? 1 : 0; }), (call_result{0, GetParam().line + "\n"}));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    of, boot_file_test,
-    testing::Values(missing_file{"kernel_command_line", "/proc", ask_cmdline, "打开文件[/proc/cmdline]失败"},
-                    missing_file{"boot_loader_defaults", "/etc/default", ask_grub, "打开文件[/etc/default/grub]失败"}),
-    [](const auto& one) { return one.param.name; });
+INSTANTIATE_TEST_SUITE_P(of, boot_file_test,
+                         testing::Values(missing_file{"kernel_command_line", "/proc/cmdline", ask_cmdline,
+                                                      "打开文件[/proc/cmdline]失败"},
+                                         missing_file{"boot_loader_defaults", "/etc/default/grub", ask_grub,
+                                                      "打开文件[/etc/default/grub]失败"}),
+                         [](const auto& one) { return one.param.name; });
 
 }  // namespace

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/module_base.h"
-#include "services/private_host.h"
+#include "services/test_packages.h"
 #include "support/given_variable.h"
+#include "support/module_test.h"
 
 namespace {
 
 /// Answers with the text of one operation, and hands it to the test.
-class desktop_entry_test : public private_host_test {
+class desktop_entry_test : public module_test {
 protected:
     /// Expects `answer` and, on the screen, `output`.
     void expect(std::string (COrvexBase::*operation)(const std::string&), const std::string& pkg,
@@ -34,25 +35,26 @@ protected:
     }
 };
 
-const std::string broken_entry = "/opt/orvex-desktop-broken/usr/share/applications/broken.desktop";
+const std::string broken_entry = get_packaged_path("orvex-desktop-broken/usr/share/applications/broken.desktop");
 
 TEST_F(desktop_entry_test, file_is_the_last_one_and_may_lie_in_a_sub_directory) {
     expect(&COrvexBase::get_desktop_file, "orvex-desktop",
-           "/opt/orvex-desktop/usr/share/applications/sub/second.desktop");
+           get_packaged_path("orvex-desktop/usr/share/applications/sub/second.desktop"));
 }
 
 TEST_F(desktop_entry_test, file_need_not_be_a_desktop_entry) {
-    expect(&COrvexBase::get_desktop_file, "orvex-desktop-cache", "/usr/share/applications/zz-orvex.cache");
+    expect(&COrvexBase::get_desktop_file, "orvex-desktop-cache",
+           get_packaged_path("usr/share/applications/zz-orvex.cache"));
 }
 
 TEST_F(desktop_entry_test, file_of_the_office_package_is_its_own_entry_only) {
     expect(&COrvexBase::get_desktop_file, "wps-office",
-           "/opt/orvex-office/usr/share/applications/wps-office-prometheus.desktop");
+           get_packaged_path("orvex-office/usr/share/applications/wps-office-prometheus.desktop"));
 }
 
 TEST_F(desktop_entry_test, file_of_the_office_package_by_its_version_is_the_last_one) {
     expect(&COrvexBase::get_desktop_file, "wps-office-1.0",
-           "/opt/orvex-office/usr/share/applications/wps-office-wps.desktop");
+           get_packaged_path("orvex-office/usr/share/applications/wps-office-wps.desktop"));
 }
 
 TEST_F(desktop_entry_test, office_package_without_its_own_entry_has_none) {
@@ -100,7 +102,8 @@ TEST_F(desktop_entry_test, broken_entry_is_told) {
 }
 
 TEST_F(desktop_entry_test, entry_that_is_not_there_is_told) {
-    expect_not_loaded("orvex-desktop-cache", "加载desktop文件失败: /usr/share/applications/zz-orvex.cache\n");
+    expect_not_loaded("orvex-desktop-cache",
+                      "加载desktop文件失败: " + get_packaged_path("usr/share/applications/zz-orvex.cache") + "\n");
 }
 
 /// A module whose look-ups answer without a package database.

@@ -3,7 +3,7 @@
 
 #include <memory>
 
-#include "services/private_host.h"
+#include "services/test_packages.h"
 
 // Options of AddressSanitizer, which asks for them by these names: without frame pointers in GLib it finds the function
 // below only by the slow way, which is made quicker by looking no further than needed.
@@ -31,6 +31,6 @@ const char* __lsan_default_suppressions(void) {
 int main(int argc, char** argv) {
     testing::InitGoogleMock(&argc, argv);
     // GoogleTest takes the environment over.
-    testing::AddGlobalTestEnvironment(std::make_unique<private_host>().release());
+    testing::AddGlobalTestEnvironment(std::make_unique<test_packages>().release());
     return RUN_ALL_TESTS();
 }

@@ -29,7 +29,7 @@ constexpr std::array<query_kind, 4> kinds = {{
      }},
     // What the two above have in common.
     {"rpmReadConfigFiles", [](COrvexBase&) { rpmReadConfigFiles(nullptr, nullptr); }},
-    {"get_pkg_by_file", [](COrvexBase& base) { base.get_pkg_by_file("/opt/orvex-demo/bin/hello"); }},
+    {"get_pkg_by_file", [](COrvexBase& base) { base.get_pkg_by_file(TEST_PACKAGES_DIR "/root/orvex-demo/bin/hello"); }},
 }};
 constexpr std::array<int, 5> counts = {0, 1, 10, 100, 1000};
 

@@ -8,8 +8,10 @@
 
 #include "framework/module_base.h"
 #include "services/heard_calls.h"
-#include "services/private_host.h"
+#include "services/test_packages.h"
 #include "support/captured_stream.h"
+#include "support/module_test.h"
+#include "support/scratch_dir.h"
 
 namespace {
 
@@ -43,7 +45,7 @@ void PrintTo(const query_result& result, std::ostream* stream) {
             << "]";
 }
 
-class package_owner_test : public private_host_test {
+class package_owner_test : public module_test {
 protected:
     query_result query(const std::string& path) {
         query_result result;
@@ -70,7 +72,7 @@ protected:
         return heard.get_calls_in_child();
     }
 
-    const std::string owned_file = "/opt/orvex-demo/bin/hello";
+    const std::string owned_file = get_packaged_path("orvex-demo/bin/hello");
     const std::string owner_line = "orvex-demo-tools-1.0-1.noarch\n";
     showing_base base;
 };
@@ -80,19 +82,19 @@ TEST_F(package_owner_test, name_is_that_of_the_package) {
 }
 
 TEST_F(package_owner_test, directories_and_links_have_owners_too) {
-    expect_owner("/opt/orvex-demo", "orvex-demo-tools");
-    expect_owner("/opt/orvex-demo/bin/hi", "orvex-demo-tools");
-    expect_owner("/opt/orvex-demo/share/dangling", "orvex-demo-tools");
+    expect_owner(get_packaged_path("orvex-demo"), "orvex-demo-tools");
+    expect_owner(get_packaged_path("orvex-demo/bin/hi"), "orvex-demo-tools");
+    expect_owner(get_packaged_path("orvex-demo/share/dangling"), "orvex-demo-tools");
 }
 
 TEST_F(package_owner_test, path_is_taken_as_it_is) {
-    expect_owner("/opt/orvex-demo/share/文件", "orvex-demo-tools");
-    expect_owner("/opt/orvex-demo/share/100%s \"two words\"", "orvex-demo-tools");
+    expect_owner(get_packaged_path("orvex-demo/share/文件"), "orvex-demo-tools");
+    expect_owner(get_packaged_path("orvex-demo/share/100%s \"two words\""), "orvex-demo-tools");
 }
 
 TEST_F(package_owner_test, first_of_two_stands_whole_in_front_of_the_second) {
     const heard_calls heard;
-    expect_owner("/opt/orvex-shared/common", "orvex-shared-a-1.0-1.noarch\norvex-shared-b");
+    expect_owner(get_packaged_path("orvex-shared/common"), "orvex-shared-a-1.0-1.noarch\norvex-shared-b");
 }
 
 TEST_F(package_owner_test, file_of_no_package_has_none) {

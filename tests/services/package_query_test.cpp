@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "framework/module_base.h"
 #include "services/heard_calls.h"
-#include "services/private_host.h"
+#include "services/test_packages.h"
 #include "support/given_variable.h"
+#include "support/module_test.h"
 
 namespace {
 
 using testing::ElementsAre;
 using file_list = std::list<std::string>;
 
-class package_query_test : public private_host_test {
+class package_query_test : public module_test {
 protected:
     /// Expects the answer, with nothing on the screen.
     void expect_installed(const std::string& pkg, bool is_installed) {
@@ -57,17 +58,20 @@ TEST_F(package_query_test, packages_are_those_of_the_present_database) {
 
 TEST_F(package_query_test, files_come_with_directories_and_links_in_the_database_s_order) {
     EXPECT_EQ(get_files("orvex-demo-tools"), found);
-    EXPECT_THAT(files, ElementsAre("/opt/orvex-demo", "/opt/orvex-demo/bin", "/opt/orvex-demo/bin/hello",
-                                   "/opt/orvex-demo/bin/hi", "/opt/orvex-demo/share",
-                                   "/opt/orvex-demo/share/100%s \"two words\"", "/opt/orvex-demo/share/dangling",
-                                   "/opt/orvex-demo/share/文件"));
+    EXPECT_THAT(
+        files,
+        ElementsAre(get_packaged_path("orvex-demo"), get_packaged_path("orvex-demo/bin"),
+                    get_packaged_path("orvex-demo/bin/hello"), get_packaged_path("orvex-demo/bin/hi"),
+                    get_packaged_path("orvex-demo/share"), get_packaged_path("orvex-demo/share/100%s \"two words\""),
+                    get_packaged_path("orvex-demo/share/dangling"), get_packaged_path("orvex-demo/share/文件")));
 }
 
 TEST_F(package_query_test, files_are_added_behind_what_the_list_holds) {
     files = {"/before"};
     EXPECT_EQ(get_files("orvex-shared-a"), found);
     EXPECT_EQ(get_files("orvex-shared-b"), found);
-    EXPECT_THAT(files, ElementsAre("/before", "/opt/orvex-shared/common", "/opt/orvex-shared/common"));
+    EXPECT_THAT(files, ElementsAre("/before", get_packaged_path("orvex-shared/common"),
+                                   get_packaged_path("orvex-shared/common")));
 }
 
 TEST_F(package_query_test, package_without_files_adds_none) {
@@ -77,12 +81,12 @@ TEST_F(package_query_test, package_without_files_adds_none) {
 
 TEST_F(package_query_test, files_of_two_versions_are_those_of_the_first_header) {
     EXPECT_EQ(get_files("orvex-twice"), found);
-    EXPECT_THAT(files, ElementsAre("/opt/orvex-twice/only-in-1"));
+    EXPECT_THAT(files, ElementsAre(get_packaged_path("orvex-twice/only-in-1")));
 }
 
 TEST_F(package_query_test, files_of_a_name_with_version_are_those_of_that_version) {
     EXPECT_EQ(get_files("orvex-twice-2"), found);
-    EXPECT_THAT(files, ElementsAre("/opt/orvex-twice/only-in-2"));
+    EXPECT_THAT(files, ElementsAre(get_packaged_path("orvex-twice/only-in-2")));
 }
 
 TEST_F(package_query_test, files_of_a_missing_package_are_told) {

@@ -5,12 +5,12 @@
 
 #include <array>
 #include <csignal>
-#include <fstream>
-#include <optional>
 #include <stdexcept>
 
 #include "framework/module_base.h"
-#include "services/private_host.h"
+#include "services/replaced_file.h"
+#include "support/module_test.h"
+#include "support/scratch_dir.h"
 
 namespace {
 
@@ -36,6 +36,7 @@ public:
 
     std::uint32_t pid() const { return static_cast<std::uint32_t>(pid_); }
     std::string base_path() const { return "/proc/" + std::to_string(pid_); }
+    std::string attribute_path() const { return base_path() + "/attr/vemu/path"; }
 
 private:
     pid_t pid_ = 0;
@@ -55,7 +56,7 @@ void PrintTo(const identity& one, std::ostream* stream) {
     *stream << "[" << one.path << "] " << one.failure;
 }
 
-class process_identity_test : public private_host_test {
+class process_identity_test : public module_test {
 protected:
     void expect_exists(const std::string& base_path, int answer) {
         EXPECT_CALL(service, path_is_exist(base_path + "/exe")).WillOnce(Return(answer));
@@ -92,8 +93,7 @@ protected:
     void expect_normalised(const std::string& content, const std::string& passed, const maybe_text& standard_form,
                            const identity& expected) {
         const live_process process;
-        attributes.write("vemu/path", content);
-        const bound_path directory(attributes.path(), process.base_path() + "/attr");
+        const replaced_file file(process.attribute_path(), attributes.write("path", content));
         expect_exists(process.base_path(), 1);
         EXPECT_CALL(service, pathNormalize(passed)).WillOnce(Return(standard_form));
         expect_identity(process.pid(), expected);
@@ -127,15 +127,14 @@ TEST_F(attribute_file_test, with_an_empty_standard_form_gives_an_empty_path) {
 
 TEST_F(attribute_file_test, empty_is_a_failure) {
     const live_process process;
-    attributes.write("vemu/path", "");
-    const bound_path directory(attributes.path(), process.base_path() + "/attr");
+    const replaced_file file(process.attribute_path(), attributes.write("path", ""));
     expect_exists(process.base_path(), 1);
     expect_identity(process.pid(), empty_attribute_file);
 }
 
 TEST_F(attribute_file_test, absent_is_a_failure) {
     const live_process process;
-    const bound_path directory(attributes.path(), process.base_path() + "/attr");
+    const replaced_file file(process.attribute_path(), attributes.path() + "/missing");
     expect_exists(process.base_path(), 1);
     expect_identity(process.pid(), no_attribute_file);
 }
@@ -165,21 +164,32 @@ TEST_F(process_identity_test, link_that_cannot_be_read_means_no_program) {
     expect_identity(4194305, no_program);
 }
 
-/// A kernel thread, if this system shows any.
-std::optional<std::uint32_t> find_kernel_thread() {
-    constexpr std::uint32_t kernel_thread_daemon = 2;
-    std::string name;
-    std::getline(std::ifstream("/proc/" + std::to_string(kernel_thread_daemon) + "/comm") >> std::ws, name);
-    return name == "kthreadd" ? std::optional(kernel_thread_daemon) : std::nullopt;
-}
-
-TEST_F(process_identity_test, kernel_thread_has_no_program) {
-    const std::optional<std::uint32_t> pid = find_kernel_thread();
-    if (!pid) {
-        GTEST_SKIP() << "no kernel thread to be seen here: process 2 is none";
+/// A process that has ended and that nobody has waited for: like a kernel thread it is there and runs no program.
+class ended_process {
+public:
+    ended_process() : pid_(fork()) {
+        if (pid_ == 0) {
+            _exit(0);
+        }
+        siginfo_t end{};
+        if (pid_ < 0 || waitid(P_PID, static_cast<id_t>(pid_), &end, WEXITED | WNOWAIT) != 0) {
+            throw std::runtime_error("no process that has ended");
+        }
     }
-    expect_exists("/proc/" + std::to_string(*pid), 1);
-    expect_identity(*pid, no_program);
+    ended_process(const ended_process&) = delete;
+    ended_process& operator=(const ended_process&) = delete;
+    ~ended_process() { waitpid(pid_, nullptr, 0); }
+
+    std::uint32_t pid() const { return static_cast<std::uint32_t>(pid_); }
+
+private:
+    pid_t pid_;
+};
+
+TEST_F(process_identity_test, process_without_a_program_has_no_path) {
+    const ended_process process;
+    expect_exists("/proc/" + std::to_string(process.pid()), 1);
+    expect_identity(process.pid(), no_program);
 }
 
 }  // namespace

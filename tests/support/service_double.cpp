@@ -7,6 +7,11 @@
 
 #include "service/log.h"
 
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage)
+#define MOCKED_SIGNATURE(...) template class testing::internal::FunctionMocker<__VA_ARGS__>;
+#include "support/mocked_signatures.inc"
+#undef MOCKED_SIGNATURE
+
 namespace {
 
 service_double* the_double_in_use = nullptr;

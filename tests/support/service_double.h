@@ -159,3 +159,8 @@ private:
     memory_ledger memory_;
     std::vector<unsigned char> error_record_;
 };
+
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage)
+#define MOCKED_SIGNATURE(...) extern template class testing::internal::FunctionMocker<__VA_ARGS__>;
+#include "support/mocked_signatures.inc"
+#undef MOCKED_SIGNATURE

@@ -8,13 +8,16 @@ load support/texts.bash
 
 # start_session: gives the test a home, a state and a working directory of its own, all empty, and no input.
 start_session() {
-  can_run_as 600 || skip 'this machine allows no user namespaces'
-  mkdir -p "$BATS_TEST_TMPDIR"/{home,state,desk}
+  can_run_as 600 || skip 'this machine allows an ordinary user no user namespaces'
+  # Other users of the session have to come by.
+  chmod go+rx "$BATS_RUN_TMPDIR"
+  mkdir -p "$BATS_TEST_TMPDIR"/{home,desk}
+  make_state "$BATS_TEST_TMPDIR/state"
   cd "$BATS_TEST_TMPDIR/desk" || return
   exec </dev/null
   session_environment=(
     "HOME=$BATS_TEST_TMPDIR/home"
-    "PATH=$ORVEX_BIN_DIR:/usr/bin:/bin"
+    "PATH=$(reach_programs "$ORVEX_BIN_DIR" "$BATS_TEST_TMPDIR/programs"):/usr/bin:/bin"
     'LC_ALL=C.UTF-8'
     "ORVEX_LOCAL_STATE=$BATS_TEST_TMPDIR/state"
   )
