@@ -1,10 +1,15 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Measures execution control, on the packages of bench/specs and with the framework on. Called by scripts/bench.sh; ends
-# with a failure where a figure is above its limit.
+# Measures execution control, on the packages of bench/specs and with the framework on. Ends with a failure where a figure
+# is above its limit. Called by scripts/bench.sh.
+#
+# usage: bench/exec.sh DIR
+#
+# DIR holds the files of the packages. rpm has to find these, and the program has to be in PATH.
 #
 # All times are processor time, with that of the child processes: what else the machine does counts little in it.
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib/script.bash"
 
 bare_loop_limit=1.15
 rpm_limit=1
@@ -12,7 +17,6 @@ rpm_limit=1
 growth_limit=11
 memory_limit=$((64 * 1024))
 
-many=/opt/orvex-many
 exit_value=0
 
 # report TEXT VALUE LIMIT
@@ -27,14 +31,14 @@ measure() {
   for ((round = 0; round < $1; ++round)); do
     commands+=("${@:2}")
   done
-  hyperfine --shell=none --style=none --runs 1 "${prepare[@]}" --export-csv "$place/times.csv" "${commands[@]}"
+  hyperfine --shell=none --style=none --runs 1 "${prepare[@]}" --export-csv "$scratch/times.csv" "${commands[@]}"
 }
 
 # print_time COMMAND: the least time of the command in the last measurement, in seconds.
 print_time() {
   awk -F, -v command="$1" '
     $1 == command && (least == "" || $5 + $6 < least) { least = $5 + $6 }
-    END { print least }' "$place/times.csv"
+    END { print least }' "$scratch/times.csv"
 }
 
 # print_ratio COMMAND OTHER
@@ -94,8 +98,12 @@ measure_directory() {
     $(($(peak_memory $large) - $(peak_memory $small)))
 }
 
-place=$(mktemp -d)
-trap 'rm -rf "$place"' EXIT
+answer_help "$@"
+[[ $# -eq 1 && -d $1 ]] || refuse_call
+# The commands of a measurement are split at blanks.
+[[ $1 != *[[:space:]]* ]] || fail "blanks in the name of the directory: $1"
+many=$1
+make_scratch
 orvex_policy exec on
 measure_directory_listing
 measure_package -A

@@ -2,9 +2,11 @@
 # SPDX-License-Identifier: Apache-2.0
 # Installs what the build, the tests and the demonstration need, and nothing that is there already.
 #
-#   scripts/bootstrap.sh          what build, tests and demonstration need
-#   scripts/bootstrap.sh --all    the tools of the checks and of the measurements as well
+# usage: scripts/bootstrap.sh [--all]
+#
+#   --all   the tools of the checks and of the measurements as well
 set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/lib/script.bash"
 
 # One package a line: its name for apt-get, its name for dnf.
 base_packages='
@@ -36,11 +38,6 @@ valgrind          valgrind
 hyperfine         hyperfine
 '
 
-fail() {
-  printf 'bootstrap: %s\n' "$*" >&2
-  exit 1
-}
-
 is_installed_by_apt() {
   [[ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" == installed ]]
 }
@@ -58,10 +55,12 @@ install_by_dnf() {
   "${as_root[@]}" dnf install -y --setopt=install_weak_deps=False "$@"
 }
 
+answer_help "$@"
+[[ $# -le 1 ]] || refuse_argument "$2"
 case "${1-}" in
   '') wanted=$base_packages ;;
   --all) wanted=$base_packages$check_packages ;;
-  *) fail "unknown argument: $1" ;;
+  *) refuse_argument "$1" ;;
 esac
 
 if command -v apt-get >/dev/null; then
@@ -95,6 +94,6 @@ if [[ $EUID -ne 0 ]]; then
     fail "these packages are missing, and there is no sudo. As root, run: $install_command ${missing[*]}"
   as_root=(sudo)
 fi
-printf 'bootstrap: installing %s\n' "${missing[*]}"
+announce "installing ${missing[*]}"
 "install_by_$tool" "${missing[@]}" ||
   fail "could not install these packages. As root, run: $install_command ${missing[*]}"

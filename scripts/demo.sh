@@ -1,27 +1,40 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Builds the program and plays a session with it, in a state directory of its own that is gone afterwards.
+# Installs what is missing, builds the program and plays a session with it, in a place of its own that is gone afterwards.
+#
+# usage: scripts/demo.sh [--programs DIR]
+#
+#   --programs DIR   play with the programs in DIR instead of building them
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source scripts/lib/script.bash
 source scripts/lib/session.bash
 source scripts/lib/packages.bash
 source scripts/lib/processes.bash
+source scripts/lib/playground.bash
 
-# show COMMAND...: prints a command as root would type it, and runs it as root.
+# print_typed COMMAND...: the command as root would type it.
+print_typed() {
+  printf '\n#'
+  printf ' %q' "$@"
+  printf '\n'
+}
+
+# show COMMAND...: prints the command and runs it as root.
 show() {
-  printf '\n# %s\n' "$*"
+  print_typed "$@"
   run_as 0 "$@"
 }
 
-# show_with_packages COMMAND...: the same, where the files of the demonstration's packages lie in /opt.
-show_with_packages() {
-  printf '\n# %s\n' "$*"
-  with_opt "$packages/root/opt" "$@"
+# show_as_secadm COMMAND...: the same, as the security administrator.
+show_as_secadm() {
+  print_typed run_as 600 "$@"
+  run_as 600 "$@"
 }
 
 # show_with_processes COMMAND...: the same, where the demonstration's processes are to be seen.
 show_with_processes() {
-  printf '\n# %s\n' "$*"
+  print_typed "$@"
   in_namespace "$@"
 }
 
@@ -53,15 +66,17 @@ show_kmod() {
 }
 
 show_userid() {
-  chapter 'With the administrator roles separated root may look, but not act'
+  chapter 'With the administrator roles separated root may look, but not act; the security administrator is user 600'
   show orvex_local roles on
-  show orvex_policy kmod off
+  show orvex_policy kmod -D -n ext4
+  show_as_secadm orvex_policy kmod -D -n ext4
+  show orvex_policy kmod -L
   chapter 'Files carry the labels of the roles'
-  show orvex_local label add secadm /opt/orvex-demo/bin/hello
-  show orvex_local label add auditadm /opt/orvex-demo/bin/hello
-  show_with_packages orvex_policy userid -L -P orvex-demo-tools
-  show_with_packages orvex_policy userid -L -d /opt/orvex-demo/bin
-  show_with_packages orvex_policy userid -L -f /opt/orvex-demo/bin/hello
+  show orvex_local label add secadm "$root/orvex-demo/bin/hello"
+  show orvex_local label add auditadm "$root/orvex-demo/bin/hello"
+  show orvex_policy userid -L -P orvex-demo-tools
+  show orvex_policy userid -L -d "$root/orvex-demo/bin"
+  show orvex_policy userid -L -f "$root/orvex-demo/bin/hello"
   show orvex_local roles off
 }
 
@@ -76,33 +91,33 @@ show_exec() {
   show orvex_policy exec -L --tampered
   show orvex_policy exec -D -f hello.sh
   chapter 'All programs of a package are added'
-  show_with_packages orvex_policy exec -A -P orvex-demo-tools
-  show_with_packages orvex_policy exec -L -P orvex-demo-tools
+  show orvex_policy exec -A -P orvex-demo-tools
+  show orvex_policy exec -L -P orvex-demo-tools
   chapter 'Exceptions are not controlled at all: a directory, and a package'
-  show_with_packages orvex_policy exec -A -e -d /opt/orvex-demo/share
-  show_with_packages orvex_policy exec -A -e -P orvex-demo-tools
-  show_with_packages orvex_policy exec -L
-  show_with_packages orvex_policy exec -L -f /opt/orvex-demo/bin/hello
+  show orvex_policy exec -A -e -d "$root/orvex-demo/share"
+  show orvex_policy exec -A -e -P orvex-demo-tools
+  show orvex_policy exec -L
+  show orvex_policy exec -L -f "$root/orvex-demo/bin/hello"
 }
 
 show_net() {
   chapter 'A program may not use the network; a file of a package stands for its package'
-  touch "$packages/root/opt/fetch"
+  touch fetch
   show orvex_policy net on
-  show_with_packages orvex_policy net -A -f /opt/fetch
-  show_with_packages orvex_policy net -A -f /opt/orvex-demo/bin/hello
+  show orvex_policy net -A -f fetch
+  show orvex_policy net -A -f "$root/orvex-demo/bin/hello"
   show orvex_policy net -L
-  show_with_packages orvex_policy net -U -f /opt/orvex-demo/bin/hello -v allow
+  show orvex_policy net -U -f "$root/orvex-demo/bin/hello" -v allow
   drop_package orvex-player
   chapter 'Another program belongs to no package as yet'
-  show_with_packages orvex_policy net -A -f /opt/orvex-player/bin/player
+  show orvex_policy net -A -f "$root/orvex-player/bin/player"
   show orvex_policy net -L
-  enter_package "$packages/rpms/home/orvex-player-1.0.rpm"
+  enter_package "$scratch/rpms/home/orvex-player-1.0.rpm"
   chapter 'Its package is installed: with the next command the policy moves there'
-  show_with_packages orvex_policy net -U -f /opt/orvex-player/bin/player -v allow
+  show orvex_policy net -U -f "$root/orvex-player/bin/player" -v allow
   show orvex_policy net -L
   show orvex_policy net -D -P orvex-player
-  show_with_packages orvex_policy net -D -f /opt/orvex-demo/bin/hello
+  show orvex_policy net -D -f "$root/orvex-demo/bin/hello"
   show orvex_policy net -L
 }
 
@@ -136,36 +151,40 @@ show_proc() {
   show orvex_policy proc -A -f server -e -f stopper
   show orvex_policy proc -A -f server -e -d tools
   show orvex_policy proc -L
+  chapter 'Some programs cannot be protected at all'
+  show orvex_local blacklist add "$PWD/stopper"
+  show orvex_policy proc -A -f stopper
   chapter 'A process stands for its program'
+  if can_start_namespace; then
+    show_processes
+  else
+    printf '\nLeft out: this machine allows no mounts, which stand in for the attribute files of processes under /proc.\n'
+  fi
+}
+
+show_processes() {
   mkdir attributes
   start_namespace "$PWD/attributes"
   start_program "$PWD/server"
   show_with_processes orvex_policy proc -A -p "$pid"
   show_with_processes orvex_policy proc -D -p "$pid" -e -d tools
   show_with_processes orvex_policy proc -L
-  chapter 'Some programs cannot be protected at all'
-  show orvex_local blacklist add "$PWD/stopper"
-  show orvex_policy proc -A -f stopper
 }
 
-scripts/bootstrap.sh
-cmake --preset release
-cmake --build --preset release
-
-can_run_as 0 || {
-  echo 'demo: run it as root, or as a user who may make user namespaces' >&2
-  exit 1
+# clean_up: ends the processes that live in the demonstration's place.
+clean_up() {
+  end_processes
 }
-PATH="$PWD/build/release/bin:$PATH"
-place=$(mktemp -d)
-trap 'end_processes; rm -rf "$place"' EXIT
-export ORVEX_LOCAL_STATE="$place/state"
-mkdir "$ORVEX_LOCAL_STATE"
-packages="$place/packages"
-tests/packages/make_packages.sh "$packages"
-# There rpm finds the demonstration's packages, and not the machine's.
-export HOME="$packages/home"
-cd "$place"
+
+read_arguments "$@"
+[[ ${#operands[@]} -eq 0 ]] || refuse_argument "${operands[0]}"
+check_users
+build_programs
+make_scratch
+prepare_playground "$scratch"
+root=$scratch/root
+mkdir "$scratch/desk"
+cd "$scratch/desk"
 
 show_global_state
 show_kmod

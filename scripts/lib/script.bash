@@ -27,11 +27,16 @@ fail() {
   exit 1
 }
 
-# refuse_arguments [ARGUMENT]: ends a script that was called in a wrong way.
-refuse_arguments() {
-  [[ $# -eq 0 ]] || printf '%s: unknown argument: %s\n' "$script" "$1" >&2
+# refuse_call: ends a script that was called in a wrong way.
+refuse_call() {
   printf 'try %s --help\n' "$script" >&2
   exit 2
+}
+
+# refuse_argument ARGUMENT: the same, because of one argument.
+refuse_argument() {
+  printf '%s: unknown argument, or one that lacks its value: %s\n' "$script" "$1" >&2
+  refuse_call
 }
 
 # announce MESSAGE: tells what takes time now.
@@ -39,12 +44,17 @@ announce() {
   printf '%s: %s\n' "$script" "$1"
 }
 
-# make_scratch [DIR]: makes the directory $scratch, in DIR or where temporary files go. Whatever ends the script removes it,
-# once clean_up, which a script may define, has ended what lives in it. Other users may enter it. Its name holds neither '.'
-# nor '-', which rpm's complaints about a path would be misread for.
+# make_scratch: makes the directory $scratch, where temporary files go, for the time of the script. Other users may enter
+# it. Its name holds neither '.' nor '-', for which rpm's complaints about a path would be misread.
 make_scratch() {
-  scratch=$(mktemp -d "${1:-${TMPDIR:-/tmp}}/orvexXXXXXXXX")
+  scratch=$(mktemp -d "${TMPDIR:-/tmp}/orvexXXXXXXXX")
   chmod 755 "$scratch"
+  remove_scratch_at_end
+}
+
+# remove_scratch_at_end: whatever ends the script removes $scratch, once clean_up, which a script may define, has ended what
+# lives in it.
+remove_scratch_at_end() {
   trap remove_scratch EXIT
   trap 'exit 130' INT
   trap 'exit 143' TERM HUP
@@ -54,5 +64,5 @@ remove_scratch() {
   if declare -F clean_up >/dev/null; then
     clean_up
   fi
-  rm -rf "$scratch"
+  rm -rf --one-file-system "$scratch"
 }

@@ -5,8 +5,8 @@
 
 # is_mapped UID: tells whether the id means anything here. In a user namespace most do not.
 is_mapped() {
-  local inside outside count
-  while read -r inside outside count; do
+  local inside count
+  while read -r inside _ count; do
     if (($1 >= inside && $1 < inside + count)); then
       return 0
     fi

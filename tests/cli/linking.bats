@@ -127,8 +127,7 @@ print_run_path() {
   print_objects root >installed
   [[ $(wc -l <installed) -eq 1 && $(<installed) == */bin/orvex_policy ]]
   [[ -z $(print_run_path "$(<installed)") ]]
-  session_environment+=("LD_LIBRARY_PATH=$PWD/framework")
-  as 0 "$PWD/$(<installed)" status
+  as 0 env "LD_LIBRARY_PATH=$PWD/framework" "$PWD/$(<installed)" status
   expect 0 <<<'orvex status : disable'
 }
 

@@ -16,14 +16,14 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 source "$here/../../scripts/lib/script.bash"
 
 answer_help "$@"
-[[ $# -eq 1 || $# -eq 2 ]] && [[ $1 != -* ]] || refuse_arguments
+[[ $# -ge 1 && $# -le 2 && $1 != -* ]] || refuse_call
 mkdir -p "$1"
 dir=$(cd "$1" && pwd)
 specs=$(cd "${2:-$here/specs}" && pwd)
 rm -rf "${dir:?}"/{home,other,root,rpms}
 
 # rpmbuild cannot work in a directory with a blank in its name.
-make_scratch /tmp
+TMPDIR=/tmp make_scratch
 # The builds see an empty HOME: what is set up for the caller's own packages has no place here.
 mkdir "$scratch/home" "$scratch/rpms" "$dir/root"
 export HOME=$scratch/home LC_ALL=C.UTF-8

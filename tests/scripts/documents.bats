@@ -1,0 +1,38 @@
+#!/usr/bin/env bats
+# SPDX-License-Identifier: Apache-2.0
+# What the documents tell their readers to type gives what stands there.
+bats_require_minimum_version 1.5.0
+
+play() {
+  "$ORVEX_SOURCE_DIR/tests/scripts/play_document.sh" --programs "$ORVEX_BIN_DIR" "$1"
+}
+
+@test "the README's tour comes out as it stands there" {
+  play "$ORVEX_SOURCE_DIR/README.md"
+}
+
+# A player that compares nothing would pass the tests above.
+@test "an output that does not fit is told" {
+  sed 's/^orvex status : enable$/orvex status : enabled/' "$ORVEX_SOURCE_DIR/README.md" >"$BATS_TEST_TMPDIR/wrong.md"
+  run ! play "$BATS_TEST_TMPDIR/wrong.md"
+  [[ $output == *'-orvex status : enabled'* && $output == *'+orvex status : enable'* ]]
+}
+
+@test "a document without a session is refused" {
+  echo 'nothing to type' >"$BATS_TEST_TMPDIR/empty.md"
+  run ! play "$BATS_TEST_TMPDIR/empty.md"
+}
+
+@test "every block of the README is either played or a shell command of its own" {
+  grep -E '^ *```.' "$ORVEX_SOURCE_DIR/README.md" | sort -u | diff -u - <(printf '```%s\n' console sh)
+}
+
+@test "every picture and document that the README leads to exists" {
+  cd "$ORVEX_SOURCE_DIR"
+  # shellcheck disable=SC2016
+  grep -oE '\]\([^)]+\)|`[A-Za-z/_-]+\.(md|sh)`' README.md | tr -d '`()]' | sort -u >"$BATS_TEST_TMPDIR/named"
+  grep -q '^docs/session.svg$' "$BATS_TEST_TMPDIR/named"
+  while read -r file; do
+    [[ -e $file ]]
+  done <"$BATS_TEST_TMPDIR/named"
+}
