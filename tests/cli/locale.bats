@@ -4,19 +4,20 @@
 
 load support/session.bash
 
-setup_file() {
-  # The locale need not be one of the machine's own.
-  localedef --no-archive -i zh_CN -f UTF-8 "$BATS_FILE_TMPDIR/zh_CN.UTF-8"
-}
-
 setup() {
   start_session
   start_framework_with kmod
 }
 
+# make_chinese_locale: it need not be one of the machine's own.
+make_chinese_locale() {
+  mkdir "$BATS_TEST_TMPDIR/locales"
+  localedef --no-archive -i zh_CN -f UTF-8 "$BATS_TEST_TMPDIR/locales/zh_CN.UTF-8"
+}
+
 # in_locale VARIABLE=VALUE...
 in_locale() {
-  session_environment+=(LC_ALL= "LOCPATH=$BATS_FILE_TMPDIR" "$@")
+  session_environment+=(LC_ALL= "LOCPATH=$BATS_TEST_TMPDIR/locales" "$@")
 }
 
 play_session() {
@@ -46,6 +47,7 @@ play_session() {
 }
 
 @test "the zh_CN.UTF-8 locale" {
+  make_chinese_locale
   in_locale LC_ALL=zh_CN.UTF-8
   as 0 locale charmap
   expect 0 <<<UTF-8
@@ -64,6 +66,7 @@ play_session() {
 
 # What getopt_long says of its own accord is the C library's, and in the user's language.
 @test "a complaint of getopt_long leaves the program's own lines alone" {
+  make_chinese_locale
   for locale in C zh_CN.UTF-8; do
     in_locale "LC_ALL=$locale"
     as 0 orvex_policy kmod -x

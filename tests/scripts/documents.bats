@@ -7,8 +7,10 @@ play() {
   "$ORVEX_SOURCE_DIR/tests/scripts/play_document.sh" --programs "$ORVEX_BIN_DIR" "$1"
 }
 
-@test "the README's tour comes out as it stands there" {
-  play "$ORVEX_SOURCE_DIR/README.md"
+@test "the README's tour comes out as it stands there, in each language" {
+  for readme in "$ORVEX_SOURCE_DIR"/README*.md; do
+    play "$readme"
+  done
 }
 
 # A player that compares nothing would pass the tests above.
