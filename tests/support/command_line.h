@@ -7,7 +7,7 @@
 /// A command line as `main` gets it: the program's name, the words, a null pointer; all of it writable.
 class command_line {
 public:
-    explicit command_line(std::vector<std::string> words);
+    explicit command_line(const std::vector<std::string>& words);
     command_line(const command_line&) = delete;
     command_line& operator=(const command_line&) = delete;
 

@@ -20,9 +20,10 @@ std::string join(const std::vector<std::string>& words) {
 
 }  // namespace
 
-call_result option_rows_test::run_open(std::vector<std::string> words) {
-    words.insert(words.begin(), word_);
-    return run(module(), words);
+call_result option_rows_test::run_open(const std::vector<std::string>& words) {
+    std::vector<std::string> line = {word_};
+    line.insert(line.end(), words.begin(), words.end());
+    return run(module(), line);
 }
 
 void option_rows_test::expect_chosen(const std::vector<chosen_row>& rows) {

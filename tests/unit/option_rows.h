@@ -51,7 +51,7 @@ protected:
     virtual COrvexBase& module() = 0;
 
     /// Runs the module with its word and `words`.
-    call_result run_open(std::vector<std::string> words);
+    call_result run_open(const std::vector<std::string>& words);
 
     /// Expects the operation of each row to be called, and what it returned to be returned, with nothing printed.
     void expect_chosen(const std::vector<chosen_row>& rows);
