@@ -58,10 +58,7 @@ void join_files(std::string& files, std::string& dirs) {
         if (entry == nullptr) {
             continue;
         }
-        std::string object = entry;
-        if (object.back() == '*') {
-            object.pop_back();
-        }
+        const std::string object = ends_in_star(entry) ? cut_last(entry) : entry;
         (path_is_dir(object.c_str()) == 1 ? dirs : files) += ":" + object;
     }
 }

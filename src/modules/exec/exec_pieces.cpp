@@ -1,12 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "modules/exec/exec_pieces.h"
 
+#include <cstdio>
 #include <cstdlib>
 
 #include "framework/output.h"
 #include "framework/path_checks.h"
 #include "service/log.h"
 #include "service/paths.h"
+
+namespace {
+
+/// Ends the program where an entry of the exception files lacks a character that every entry has. The library's own
+/// list would be broken, so nothing is decided by it; builds without the C++ library's assertions stop here too.
+void assert_not_empty(const std::string& entry) {
+    if (entry.empty()) {
+        static_cast<void>(
+            std::fputs("orvex_policy: assertion failed: an entry of the exception files is too short\n", stderr));
+        std::abort();
+    }
+}
+
+}  // namespace
 
 owned_text get_absolute_file(const std::string& path) {
     if (refuse_missing(path_kind::file, path)) {
@@ -41,6 +56,17 @@ std::optional<int> get_target_kind(const std::string& path) {
         return std::nullopt;
     }
     return parse_file_type(target.get());
+}
+
+bool ends_in_star(const std::string& entry) {
+    assert_not_empty(entry);
+    return entry.back() == '*';
+}
+
+std::string cut_last(std::string entry) {
+    assert_not_empty(entry);
+    entry.pop_back();
+    return entry;
 }
 
 void log_exec_failure(const char* function, const char* format, const std::string& object, int ret) {

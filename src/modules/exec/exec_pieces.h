@@ -25,6 +25,13 @@ bool is_controlled_kind(int kind);
 /// Returns the kind of what the symbolic link `path` leads to, or nothing where it cannot be resolved.
 std::optional<int> get_target_kind(const std::string& path);
 
+/// Tells whether an entry of the exception files ends in '*'. An empty entry is not to be expected and ends the program
+/// in an assertion, in every build.
+bool ends_in_star(const std::string& entry);
+
+/// Returns `entry` without its last character. An empty one ends the program in the same assertion.
+std::string cut_last(std::string entry);
+
 /// Writes a record of a failed call to the framework's log: `format` takes `object` and then `ret`.
 void log_exec_failure(const char* function, const char* format, const std::string& object, int ret);
 

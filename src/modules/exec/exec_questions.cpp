@@ -7,14 +7,8 @@
 namespace {
 
 /// Returns what an entry of the file list names: an entry that stands for a directory ends in '/' and '*', and both go.
-/// An entry without a last or, behind a star, second last character is not to be expected and ends the program in the
-/// string's own assertion.
-std::string cut_star(std::string entry) {
-    if (entry.back() == '*') {
-        entry.pop_back();
-        entry.pop_back();
-    }
-    return entry;
+std::string cut_star(const std::string& entry) {
+    return ends_in_star(entry) ? cut_last(cut_last(entry)) : entry;
 }
 
 /// Tells whether a file named by the user or found in a package is covered by an entry of the file list. A directory
