@@ -7,9 +7,13 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <optional>
 #include <string>
+#include <type_traits>
 
 #include "framework/module_base.h"
 #include "framework/output.h"
@@ -45,8 +49,8 @@ int query(rpmts transaction, poptContext context, QVA_t arguments) {
     return ret;
 }
 
-/// Prints the owner of `path`, or whatever went wrong, on standard output. Returns the child's exit status.
-int print_owner(std::string path) {
+/// Lets rpm print the owner of `path`. Returns the text of what went wrong, or nothing; by then all is given back.
+std::optional<std::string> ask_rpm(std::string path) {
     const owned_memory<rpmQVKArguments_s> arguments(static_cast<QVA_t>(std::calloc(1, sizeof(rpmQVKArguments_s))));
     arguments->qva_source = RPMQV_PATH;
     arguments->qva_mode = 'q';
@@ -66,20 +70,24 @@ int print_owner(std::string path) {
     const std::array<char*, 4> words = {program.data(), query_file.data(), path.data(), nullptr};
     const owned_option_context context(rpmcliInit(3, words.data(), options.data()));
     if (context == nullptr) {
-        print_line("错误: rpmcliInit 执行失败");
-        return 1;
+        return "错误: rpmcliInit 执行失败";
     }
     const owned_transaction transaction(rpmtsCreate());
     if (transaction == nullptr) {
-        print_line("错误: 创建rpm查询事务失败!");
-        return 1;
+        return "错误: 创建rpm查询事务失败!";
     }
     const int ret = query(transaction.get(), context.get(), arguments.get());
-    if (ret != 0) {
-        print_line("错误: 查询失败, ret=", ret, "!");
-        return 1;
+    return ret == 0 ? std::nullopt : std::optional("错误: 查询失败, ret=" + std::to_string(ret) + "!");
+}
+
+/// Prints the owner of `path`, or whatever went wrong, on standard output. Returns the child's exit status.
+int print_owner(const std::string& path) {
+    const std::optional<std::string> complaint = ask_rpm(path);
+    if (!complaint) {
+        return 0;
     }
-    return 0;
+    print_line(*complaint);
+    return 1;
 }
 
 /// The child's whole life: standard output becomes the pipe's `write_end`.
@@ -92,15 +100,16 @@ int print_owner(std::string path) {
     _exit(status);
 }
 
-/// Returns what one single read finds in the pipe, up to its first NUL. An answer that comes in several pieces is cut
-/// at the first one, which is accepted.
-std::string read_answer(int descriptor) {
+/// Makes one single read from the pipe and closes its `read_end`. Returns what came, up to its first NUL, or nothing.
+/// An answer that comes in several pieces is cut at the first one, which is accepted.
+std::optional<std::string> read_answer(int descriptor) {
     std::array<char, 4096> buffer{};
     const ssize_t size = read(descriptor, buffer.data(), buffer.size() - 1);
+    close(descriptor);
     if (size == -1) {
         std::perror("read");
     }
-    return buffer.data();
+    return size > 0 ? std::optional<std::string>(buffer.data()) : std::nullopt;
 }
 
 }  // namespace
@@ -124,8 +133,8 @@ std::string COrvexBase::get_pkg_by_file(const std::string& path) {
         run_child(ends, path);
     }
     close(ends[write_end]);
-    const std::string answer = read_answer(ends[read_end]);
-    close(ends[read_end]);
+    const std::optional<std::string> answer = read_answer(ends[read_end]);
+    std::string owner = answer ? get_pkg_name_from_nevra(*answer) : std::string();
     waitpid(child, nullptr, 0);
-    return get_pkg_name_from_nevra(answer);
+    return owner;
 }

@@ -7,6 +7,7 @@
 #include <rpm/rpmfi.h>
 #include <rpm/rpmlib.h>
 #include <rpm/rpmts.h>
+#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -50,19 +51,13 @@ struct listener {
     shared_record* record = nullptr;
     pid_t process = 0;
     planned_faults faults;
+    /// The read and the write end of the last pipe; -1 once this process has closed it.
+    std::array<int, 2> pipe_ends = {-1, -1};
 };
 
 listener& current() {
     static listener the_one;
     return the_one;
-}
-
-void hear(const std::string& call) {
-    const listener& now = current();
-    if (now.record != nullptr) {
-        shared_text& text = getpid() == now.process ? now.record->here : now.record->in_child;
-        text.append_line(call);
-    }
 }
 
 const planned_faults& faults() {
@@ -150,6 +145,12 @@ void print_planned_answer() {
     print(faults().printed_after_the_read);
 }
 
+/// Whether something stands in the pipe that standard output leads to.
+bool is_output_in_pipe() {
+    int size = 0;
+    return ioctl(STDOUT_FILENO, FIONREAD, &size) == 0 && size > 0;
+}
+
 /// Tells what is set in the query's record besides the source and the mode.
 std::string tell_query(const rpmQVKArguments_s& arguments) {
     std::array<unsigned char, sizeof(arguments)> rest{};
@@ -169,7 +170,7 @@ heard_calls::heard_calls(const planned_faults& faults) {
     if (memory == MAP_FAILED) {
         std::abort();
     }
-    current() = {static_cast<shared_record*>(memory), getpid(), faults};
+    current() = {static_cast<shared_record*>(memory), getpid(), faults, {-1, -1}};
 }
 
 heard_calls::~heard_calls() {
@@ -189,6 +190,14 @@ std::size_t heard_calls::get_pipe_ends_in_child() const {
     return current().record->pipe_ends_in_child;
 }
 
+void hear(const std::string& call) {
+    const listener& now = current();
+    if (now.record != nullptr) {
+        shared_text& text = getpid() == now.process ? now.record->here : now.record->in_child;
+        text.append_line(call);
+    }
+}
+
 std::size_t count_descriptors() {
     const auto entries = std::filesystem::directory_iterator("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
@@ -199,6 +208,9 @@ std::size_t count_descriptors() {
 extern "C" {
 
 int __real_pipe(int* ends);
+int __real_close(int descriptor);
+void __real_perror(const char* text);
+pid_t __real_waitpid(pid_t process, int* status, int options);
 pid_t __real_fork(void);
 ssize_t __real_read(int descriptor, void* buffer, size_t size);
 FILE* __real_freopen(const char* path, const char* mode, FILE* stream);
@@ -218,6 +230,9 @@ poptContext __real_rpmcliFini(poptContext context);
 __attribute__((weak)) void __gcov_dump(void);
 
 int __wrap_pipe(int* ends);
+int __wrap_close(int descriptor);
+void __wrap_perror(const char* text);
+pid_t __wrap_waitpid(pid_t process, int* status, int options);
 pid_t __wrap_fork(void);
 ssize_t __wrap_read(int descriptor, void* buffer, size_t size);
 FILE* __wrap_freopen(const char* path, const char* mode, FILE* stream);
@@ -240,7 +255,29 @@ int __wrap_pipe(int* ends) {
         errno = EMFILE;
         return -1;
     }
-    return __real_pipe(ends);
+    const int result = __real_pipe(ends);
+    current().pipe_ends = {ends[0], ends[1]};
+    return result;
+}
+
+int __wrap_close(int descriptor) {
+    for (int& end : current().pipe_ends) {
+        if (descriptor == end) {
+            hear(&end == current().pipe_ends.data() ? "close read end" : "close write end");
+            end = -1;
+        }
+    }
+    return __real_close(descriptor);
+}
+
+void __wrap_perror(const char* text) {
+    hear("perror " + std::string(text));
+    __real_perror(text);
+}
+
+pid_t __wrap_waitpid(pid_t process, int* status, int options) {
+    hear("waitpid");
+    return __real_waitpid(process, status, options);
 }
 
 pid_t __wrap_fork(void) {
@@ -348,7 +385,7 @@ int __wrap_rpmcliQuery(rpmts transaction, QVA_t arguments, ARGV_const_t words) {
 }
 
 poptContext __wrap_rpmcliFini(poptContext context) {
-    hear("rpmcliFini");
+    hear(is_output_in_pipe() ? "rpmcliFini behind output" : "rpmcliFini");
     return __real_rpmcliFini(context);
 }
 }

@@ -45,5 +45,8 @@ public:
     std::size_t get_pipe_ends_in_child() const;
 };
 
+/// Notes `call` among those of this process or of the child, whichever it is, while somebody listens.
+void hear(const std::string& call);
+
 /// How many descriptors this process has open.
 std::size_t count_descriptors();

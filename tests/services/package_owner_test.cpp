@@ -24,6 +24,7 @@ class showing_base : public COrvexBase {
 public:
     std::string get_pkg_name_from_nevra(const std::string& nevra) override {
         text = nevra;
+        hear("name");
         return COrvexBase::get_pkg_name_from_nevra(nevra);
     }
 
@@ -120,7 +121,8 @@ TEST_F(package_owner_test, message_that_looks_like_a_name_gives_one) {
 TEST_F(package_owner_test, parent_makes_one_read_and_waits) {
     const heard_calls heard;
     expect_owner(owned_file, "orvex-demo-tools");
-    EXPECT_THAT(heard.get_calls_here(), ElementsAre("pipe", "fork", "read 4095"));
+    EXPECT_THAT(heard.get_calls_here(),
+                ElementsAre("pipe", "fork", "close write end", "read 4095", "close read end", "name", "waitpid"));
     EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
     EXPECT_EQ(errno, ECHILD);
 }
@@ -131,7 +133,7 @@ TEST_F(package_owner_test, child_makes_its_calls_in_order_and_gives_all_back) {
     EXPECT_THAT(
         heard.get_calls_in_child(),
         ElementsAre(
-            "rpmcliInit 3 rpm -qf " + owned_file,
+            "close read end", "close write end", "rpmcliInit 3 rpm -qf " + owned_file,
             "option without name, kind 4, table source, value 0, Query/Verify package selection options:",
             "option without name, kind 4, table all, value 0, common options for all rpm modes and executables:",
             "option without name, kind 4, table query, value 0, Query optinos(with -q or --query):",
@@ -139,7 +141,7 @@ TEST_F(package_owner_test, child_makes_its_calls_in_order_and_gives_all_back) {
             "option without name, kind 4, table alias, value 0, Options implemented via popt alias/exec:",
             "option without name, kind 4, table help, value 0, Help options:", "rpmtsCreate",
             "freopen /dev/null w stderr", "rpmcliQuery source 1, mode q, nothing else, " + owned_file,
-            "freopen /dev/tty w stderr", "rpmtsFree", "rpmcliFini", "_exit 0"));
+            "freopen /dev/tty w stderr", "rpmtsFree", "rpmcliFini behind output", "_exit 0"));
 }
 
 TEST_F(package_owner_test, child_keeps_no_end_of_the_pipe_but_its_output) {
@@ -191,6 +193,38 @@ TEST_F(package_owner_test, failing_query_is_told_behind_its_output) {
     EXPECT_THAT(expect_owner_with(faults, "a-b", "a-b-1-2.x\n错误: 查询失败, ret=-7!\n"), Contains("_exit 1"));
 }
 
+TEST_F(package_owner_test, silent_child_asks_for_no_name) {
+    planned_faults faults;
+    faults.printed_by_query = "";
+    const heard_calls heard(faults);
+    query(owned_file);
+    EXPECT_THAT(heard.get_calls_here(),
+                ElementsAre("pipe", "fork", "close write end", "read 4095", "close read end", "waitpid"));
+}
+
+TEST_F(package_owner_test, failing_read_asks_for_no_name_and_is_complained_about_behind_the_close) {
+    planned_faults faults;
+    faults.read = true;
+    const heard_calls heard(faults);
+    query(owned_file);
+    EXPECT_THAT(heard.get_calls_here(), ElementsAre("pipe", "fork", "close write end", "read 4095", "close read end",
+                                                    "perror read", "waitpid"));
+}
+
+TEST_F(package_owner_test, child_complains_when_all_is_given_back) {
+    planned_faults no_transaction;
+    no_transaction.transaction = true;
+    planned_faults bad_query;
+    bad_query.printed_by_query = "a-b-1-2.x\n";
+    bad_query.query_result = -7;
+    for (const planned_faults& faults : {no_transaction, bad_query}) {
+        const heard_calls heard(faults);
+        query(owned_file);
+        EXPECT_THAT(heard.get_calls_in_child(), Contains("rpmcliFini"));
+        EXPECT_THAT(heard.get_calls_in_child(), Not(Contains("rpmcliFini behind output")));
+    }
+}
+
 TEST_F(package_owner_test, silent_child_gives_none) {
     planned_faults faults;
     faults.printed_by_query = "";
@@ -221,7 +255,7 @@ TEST_F(package_owner_test, failing_pipe_is_told_as_an_error) {
     faults.pipe = true;
     const heard_calls heard(faults);
     EXPECT_EQ(query(owned_file), (query_result{"", "", "pipe: Too many open files\n"}));
-    EXPECT_THAT(heard.get_calls_here(), ElementsAre("pipe"));
+    EXPECT_THAT(heard.get_calls_here(), ElementsAre("pipe", "perror pipe"));
 }
 
 TEST_F(package_owner_test, failing_fork_is_told_as_an_error_and_leaves_no_descriptor) {
@@ -230,7 +264,8 @@ TEST_F(package_owner_test, failing_fork_is_told_as_an_error_and_leaves_no_descri
     faults.fork = true;
     const heard_calls heard(faults);
     EXPECT_EQ(query(owned_file), (query_result{"", "", "fork: Resource temporarily unavailable\n"}));
-    EXPECT_THAT(heard.get_calls_here(), ElementsAre("pipe", "fork"));
+    EXPECT_THAT(heard.get_calls_here(),
+                ElementsAre("pipe", "fork", "perror fork", "close read end", "close write end"));
     EXPECT_EQ(count_descriptors(), before);
 }
 
