@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <optional>
 #include <string>
 
 #include "framework/module_base.h"
@@ -35,20 +36,8 @@ int change_global_state(const std::string& mode) {
     return 0;
 }
 
-/// Gives a module the whole command line. What it returns is for the program's inside alone: the exit value is 0.
-int run_module(COrvexBase&& module, int argc, char** argv) {
-    module.run(argc, argv);
-    return 0;
-}
-
-}  // namespace
-
-int main(int argc, char** argv) {
-    if (argc <= 1) {
-        print_global_usage();
-        return 0;
-    }
-    const std::string word = argv[1];
+/// Serves a word that is no module's. Returns the process's exit value, or nothing for any other word.
+std::optional<int> serve_global_word(const std::string& word) {
     if (word == "-h" || word == "--help") {
         print_global_usage();
         return 0;
@@ -68,27 +57,41 @@ int main(int argc, char** argv) {
         print_line("暂不支持");
         return 0;
     }
+    return std::nullopt;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    // A bare call asks for the help.
+    const std::string word = argc > 1 ? argv[1] : "--help";
+    if (const std::optional<int> exit_value = serve_global_word(word)) {
+        return *exit_value;
+    }
+    // What a module's run returns is for the program's inside alone: the exit value is 0.
     if (word == "exec") {
-        return run_module(COrvexExec(), argc, argv);
+        COrvexExec module;
+        module.run(argc, argv);
+    } else if (word == "net") {
+        COrvexNet module;
+        module.run(argc, argv);
+    } else if (word == "file") {
+        COrvexFile module;
+        module.run(argc, argv);
+    } else if (word == "proc") {
+        COrvexProc module;
+        module.run(argc, argv);
+    } else if (word == "kmod") {
+        COrvexKmod module;
+        module.run(argc, argv);
+    } else if (word == "userid") {
+        COrvexUserid module;
+        module.run(argc, argv);
+    } else if (word == "box") {
+        COrvexBox module;
+        module.run(argc, argv);
+    } else {
+        print_global_usage();
     }
-    if (word == "net") {
-        return run_module(COrvexNet(), argc, argv);
-    }
-    if (word == "file") {
-        return run_module(COrvexFile(), argc, argv);
-    }
-    if (word == "proc") {
-        return run_module(COrvexProc(), argc, argv);
-    }
-    if (word == "kmod") {
-        return run_module(COrvexKmod(), argc, argv);
-    }
-    if (word == "userid") {
-        return run_module(COrvexUserid(), argc, argv);
-    }
-    if (word == "box") {
-        return run_module(COrvexBox(), argc, argv);
-    }
-    print_global_usage();
     return 0;
 }
