@@ -33,6 +33,18 @@ TEST(digits_test, everything_else_is_not) {
     }
 }
 
+TEST(number_end_test, a_nul_inside_the_text_is_not_its_end) {
+    COrvexBase base;
+    for (const std::string& text : {std::string("12\0", 3),
+                                    std::string("12\0"
+                                                "3",
+                                                4),
+                                    std::string(1, '\0')}) {
+        EXPECT_THROW(base.parse_pid(text), std::invalid_argument);
+        EXPECT_THROW(base.parse_uint32(text), std::invalid_argument);
+    }
+}
+
 TEST(digits_test, a_nul_byte_is_no_digit) {
     COrvexBase base;
     EXPECT_FALSE(base.is_all_digits(std::string("1\0", 2)));
