@@ -45,13 +45,13 @@ public:
         return false;
     }
 
-    /// Prints a row for each protected object, null ones left out.
-    void print_rows(const owned_list& objects) const {
-        for (const char* object : objects) {
+    /// Prints a row for each protected object, null ones left out. Each is given back behind its row.
+    void print_rows(owned_list objects) const {
+        objects.show_and_give_back([this](const char* object) {
             if (object != nullptr) {
                 print_row(object, find(object));
             }
-        }
+        });
     }
 
 private:

@@ -2,11 +2,14 @@
 // Owners of the memory that crosses the border to the service library.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Gives memory from `malloc` back with `free`.
@@ -24,6 +27,11 @@ inline owned_text copy_text(const std::string& text) {
     return owned_text(strdup(text.c_str()));
 }
 
+/// Returns what `text` holds and gives its memory back at once. Null gives nothing.
+inline std::optional<std::string> take_text(owned_text text) {  // NOLINT(performance-unnecessary-value-param)
+    return text == nullptr ? std::nullopt : std::optional<std::string>(text.get());
+}
+
 /// A heap list of heap strings, as a service call returns it with a 64-bit count. Every string and the array are given
 /// back with `free`. A null array is an empty list; entries may be null.
 class owned_list {
@@ -32,38 +40,43 @@ public:
     template <class Fetch>
     explicit owned_list(Fetch fetch) : entries_(fetch(&count_)) {}
 
-    owned_list(const owned_list&) = delete;
-    owned_list& operator=(const owned_list&) = delete;
+    owned_list(owned_list&&) noexcept = default;
+    owned_list& operator=(owned_list&&) = delete;
 
     ~owned_list() {
-        for (char* entry : *this) {
-            std::free(entry);
-        }
-        std::free(entries_);
+        show_and_give_back([](const char* /*entry*/) {});
     }
 
     /// Tells whether the library returned no array at all.
     bool is_null() const { return entries_ == nullptr; }
 
     /// All entries in the library's order, null ones among them.
-    char** begin() const { return entries_; }
-    char** end() const { return entries_ == nullptr ? nullptr : entries_ + count_; }
+    const char* const* begin() const { return entries_.get(); }
+    const char* const* end() const { return is_null() ? nullptr : begin() + count_; }
+
+    /// The array itself, for an operation that takes one.
+    char** data() { return entries_.get(); }
 
     /// Tells whether an entry equals `text` byte for byte, in length too. Null entries are skipped; the first match
     /// ends the search.
     bool contains(const std::string& text) const {
-        for (const char* entry : *this) {
-            if (entry != nullptr && text == entry) {
-                return true;
-            }
+        return std::any_of(begin(), end(), [&](const char* entry) { return entry != nullptr && text == entry; });
+    }
+
+    /// Shows every entry to `look`, in the library's order, null ones among them, and gives each one back as soon as it
+    /// was shown. The array stays.
+    template <class Look>
+    void show_and_give_back(Look look) {
+        for (std::uint64_t i = 0; !is_null() && i < count_; ++i) {
+            const owned_text entry(std::exchange(data()[i], nullptr));
+            look(entry.get());
         }
-        return false;
     }
 
 private:
     // The count stands first: it has to be 0 when the array is fetched.
     std::uint64_t count_ = 0;
-    char** entries_;
+    owned_memory<char*> entries_;
 };
 
 /// A growing array of heap strings for a service call that takes many objects at once. It owns the strings; the library

@@ -52,7 +52,8 @@ int orvex_scene_exectl_wlist_load_all(orvex_exectl_list_obj** head) {
     const given_exectl_chain answer = service.orvex_scene_exectl_wlist_load_all();
     orvex_exectl_list_obj** end = head;
     for (const given_exectl& values : answer.links) {
-        void* const memory = service.memory().hand_out(sizeof(orvex_exectl_list_obj), way_back::with_library_call);
+        void* const memory =
+            service.memory().hand_out(sizeof(orvex_exectl_list_obj), way_back::with_library_call, "link");
         *end = static_cast<orvex_exectl_list_obj*>(memory);
         fill_record(values, (*end)->obj);
         end = &(*end)->next;

@@ -39,7 +39,7 @@ char** hand_over_entries(const given_list& list, way_back way) {
     if (!list.items) {
         return nullptr;
     }
-    void* const memory = service_double::in_use().memory().hand_out(list.items->size() * sizeof(char*), way);
+    void* const memory = service_double::in_use().memory().hand_out(list.items->size() * sizeof(char*), way, "array");
     auto** const entries = static_cast<char**>(memory);
     char** next = entries;
     for (const maybe_text& item : *list.items) {

@@ -23,7 +23,7 @@ Record* hand_over_block(const given<Record>& block, std::int32_t* count) {
         return nullptr;
     }
     const std::size_t size = block.items->size() * sizeof(Record);
-    void* const memory = service_double::in_use().memory().hand_out(size, way_back::with_free);
+    void* const memory = service_double::in_use().memory().hand_out(size, way_back::with_free, "records");
     if (size > 0) {
         std::memcpy(memory, block.items->data(), size);
     }

@@ -15,8 +15,8 @@ Record* hand_over_exceptions(const given_exceptions& values, std::uint64_t* coun
         return nullptr;
     }
     memory_ledger& memory = service_double::in_use().memory();
-    auto* const records =
-        static_cast<Record*>(memory.hand_out(values.items->size() * sizeof(Record), way_back::with_library_call));
+    auto* const records = static_cast<Record*>(
+        memory.hand_out(values.items->size() * sizeof(Record), way_back::with_library_call, "records"));
     Record* record = records;
     for (const given_exceptions_of& item : *values.items) {
         record->resource = hand_over_text(item.resource, way_back::with_library_call);

@@ -79,11 +79,11 @@ bool COrvexKmod::check_kmod_is_add_by_name(const std::string& name) {
 }
 
 bool COrvexKmod::check_kmod_is_add_by_file(const std::string& path) {
-    const owned_text absolute_path = get_absolute_path_of_file(path);
-    if (absolute_path == nullptr) {
+    const std::optional<std::string> absolute_path = take_text(get_absolute_path_of_file(path));
+    if (!absolute_path) {
         return false;
     }
-    const owned_text name(orvex_scene_get_module_name_from_ko_path(absolute_path.get()));
+    const owned_text name(orvex_scene_get_module_name_from_ko_path(absolute_path->c_str()));
     if (name == nullptr) {
         print_line("通过内核模块文件[", path, "]获取模块名称失败!");
         orvex_log(orvex_log_level_failure, "kmod", "check_kmod_is_add_by_file",

@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <span>
 #include <string_view>
 
 #include "framework/output.h"
@@ -27,29 +30,31 @@ void print_policy(std::int32_t status, std::string_view name) {
     }
 }
 
+/// Prints the policies of one list under their heading and gives the list back. Tells whether there were any: a list
+/// without a policy prints nothing.
+template <class Record, std::size_t size>
+bool print_policies(const char* heading, Record* (*read_all)(std::uint32_t uid, std::int32_t* count),
+                    const char (Record::*name)[size]) {
+    std::int32_t count = 0;
+    const owned_memory<Record> records(read_all(policy_uid, &count));
+    if (records == nullptr || count < 1) {
+        return false;
+    }
+    print_line(heading);
+    for (const Record& record : std::span(records.get(), static_cast<std::size_t>(count))) {
+        print_policy(record.status, get_text(record.*name));
+    }
+    return true;
+}
+
 }  // namespace
 
 int COrvexNet::list_net_policy() {
-    std::int32_t count = 0;
-    const owned_pkg_records pkgs(orvex_netctl_pkg_read_all_data_with_uid(policy_uid, &count));
-    if (pkgs != nullptr && count >= 1) {
-        print_line("软件包:");
-        for (std::int32_t i = 0; i < count; ++i) {
-            const netctl_pkg_record& record = pkgs.get()[i];
-            print_policy(record.status, get_text(record.name));
-        }
+    // The packages are given back before the programs are fetched: either list may be very long.
+    if (print_policies("软件包:", orvex_netctl_pkg_read_all_data_with_uid, &netctl_pkg_record::name)) {
+        // No empty line stands behind the programs.
         print_line();
     }
-
-    count = 0;
-    const owned_ext_records programs(orvex_netctl_ext_read_all_data_with_uid(policy_uid, &count));
-    if (programs != nullptr && count >= 1) {
-        print_line("应用程序:");
-        for (std::int32_t i = 0; i < count; ++i) {
-            const netctl_ext_record& record = programs.get()[i];
-            print_policy(record.status, get_text(record.path));
-        }
-        // No empty line here, unlike behind the packages.
-    }
+    print_policies("应用程序:", orvex_netctl_ext_read_all_data_with_uid, &netctl_ext_record::path);
     return 0;
 }

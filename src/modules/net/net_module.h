@@ -23,8 +23,8 @@ public:
     virtual int add_net_policy_by_pkg(const std::string& pkg);
 
     /// Removes the policy of the package of the file `path` and the file's own. An absolute path need not exist.
-    /// Returns 0, also where there is none, with a line; -1 for a bad path; or the library's own code of the last
-    /// failure.
+    /// Returns 0, also where there is none, with a line; -1 for a bad path; or the library's own result of the
+    /// last step.
     virtual int del_net_policy_by_file(const std::string& path);
 
     /// Removes the policy of the package `pkg`, installed or not. Returns 0, also where there is none, with a line; or

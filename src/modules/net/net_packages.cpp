@@ -14,7 +14,7 @@ int add_pkg_policy(COrvexNet& module, const std::string& pkg, std::int32_t statu
 }
 
 int deny_pkg(COrvexNet& module, const std::string& pkg, const char* function) {
-    if (read_pkg_policy(pkg) != nullptr) {
+    if (const owned_pkg_records record = read_pkg_policy(pkg)) {
         print_line("软件包[", pkg, "]的联网管控策略已存在, 无需重复添加!");
         return 0;
     }
@@ -27,8 +27,8 @@ int deny_pkg(COrvexNet& module, const std::string& pkg, const char* function) {
     return 0;
 }
 
-int update_pkg_policy(const netctl_pkg_record& record, std::int32_t status) {
-    return orvex_netctl_pkg_update(policy_uid, record.name, status, record.icon, record.desktop, record.tag);
+int update_pkg_policy(owned_pkg_records record, std::int32_t status) {  // NOLINT(performance-unnecessary-value-param)
+    return orvex_netctl_pkg_update(policy_uid, record->name, status, record->icon, record->desktop, record->tag);
 }
 
 int remove_pkg_policy(const std::string& pkg, const char* function) {
@@ -50,12 +50,12 @@ int COrvexNet::add_net_policy_by_pkg(const std::string& pkg) {
 }
 
 int COrvexNet::update_net_policy_by_pkg(const std::string& pkg, const std::int32_t& status) {
-    const owned_pkg_records record = read_pkg_policy(pkg);
+    owned_pkg_records record = read_pkg_policy(pkg);
     if (record == nullptr) {
         print_line("软件包[", pkg, "]的联网管控策略不存在, 请先添加!");
         return 0;
     }
-    const int ret = update_pkg_policy(*record, status);
+    const int ret = update_pkg_policy(std::move(record), status);
     if (ret != 0) {
         print_line("更新软件包[", pkg, "]管控状态失败!");
         log_net_failure("update_net_policy_by_pkg", "update netctl failed, pkgName: %s, ret: %d", pkg.c_str(), ret);

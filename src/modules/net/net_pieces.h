@@ -36,9 +36,9 @@ int add_pkg_policy(COrvexNet& module, const std::string& pkg, std::int32_t statu
 /// the failure printed and logged for `function`.
 int deny_pkg(COrvexNet& module, const std::string& pkg, const char* function);
 
-/// Sets the status of the stored policy `record`; all else that it holds goes back as it is. Returns the library's
-/// result, of which anything but 0 is a failure.
-int update_pkg_policy(const netctl_pkg_record& record, std::int32_t status);
+/// Sets the status of the stored policy `record`; all else that it holds goes back as it is, and the record itself is
+/// freed. Returns the library's result, of which anything but 0 is a failure.
+int update_pkg_policy(owned_pkg_records record, std::int32_t status);
 
 /// Removes the policy of the package `pkg`. Returns the library's result; anything but 0 is a failure, printed and
 /// logged for `function`.

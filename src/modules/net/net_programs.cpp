@@ -75,10 +75,12 @@ int deny_program(const std::string& path, const std::string& absolute_path) {
     return 0;
 }
 
-/// Sets the status of the record of a file of no package; all else that it holds goes back as it is.
-int update_program(const std::string& path, const netctl_ext_record& record, std::int32_t status) {
-    const int ret =
-        orvex_netctl_ext_update(policy_uid, record.path, status, record.label, record.text1, record.text2, record.tag);
+/// Sets the status of the record of a file of no package; all else that it holds goes back as it is, and the record
+/// itself is freed.
+int update_program(const std::string& path, owned_ext_records record, std::int32_t status) {
+    const int ret = orvex_netctl_ext_update(policy_uid, record->path, status, record->label, record->text1,
+                                            record->text2, record->tag);
+    record.reset();
     if (ret != 0) {
         print_line("更新程序[", path, "]的联网管控状态失败!");
         log_net_failure("update_net_policy_by_file", "update netctl failed, file: %s, ret: %d", path.c_str(), ret);
@@ -88,9 +90,9 @@ int update_program(const std::string& path, const netctl_ext_record& record, std
 }
 
 /// Sets the status of the stored policy of the package that owns the file.
-int update_owner(const std::string& absolute_path, const std::string& owner, const netctl_pkg_record& record,
+int update_owner(const std::string& absolute_path, const std::string& owner, owned_pkg_records record,
                  std::int32_t status) {
-    const int ret = update_pkg_policy(record, status);
+    const int ret = update_pkg_policy(std::move(record), status);
     if (ret != 0) {
         print_line("更新文件[", absolute_path, "]对应软件包[", owner, "]的网络管控策略失败!");
         log_net_failure("update_net_policy_by_file", "update netctl failed, file: %s, pkgName: %s, ret: %d",
@@ -110,6 +112,16 @@ int move_to_owner(COrvexNet& module, const std::string& absolute_path, const std
         return -1;
     }
     return 0;
+}
+
+/// Removes the policy of the package that owns the file. Returns the library's result, or nothing without such a
+/// package or policy.
+std::optional<int> remove_owner_policy(const std::string& owner, const char* function) {
+    if (owner.empty()) {
+        return std::nullopt;
+    }
+    const owned_pkg_records record = read_pkg_policy(owner);
+    return record == nullptr ? std::nullopt : std::optional(remove_pkg_policy(owner, function));
 }
 
 }  // namespace
@@ -141,18 +153,18 @@ int COrvexNet::update_net_policy_by_file(const std::string& path, const std::int
     if (!absolute_path) {
         return -1;
     }
-    const owned_ext_records record = read_program_policy(*absolute_path);
+    owned_ext_records record = read_program_policy(*absolute_path);
     const std::string owner = get_pkg_by_file(*absolute_path);
     if (owner.empty()) {
-        return record == nullptr ? report_no_policy(path) : update_program(path, *record, status);
+        return record == nullptr ? report_no_policy(path) : update_program(path, std::move(record), status);
     }
     if (record != nullptr) {
         // A failure is told and does not stop the update.
         remove_program_policy(*absolute_path, "update_net_policy_by_file");
     }
-    const owned_pkg_records pkg_record = read_pkg_policy(owner);
+    owned_pkg_records pkg_record = read_pkg_policy(owner);
     if (pkg_record != nullptr) {
-        return update_owner(*absolute_path, owner, *pkg_record, status);
+        return update_owner(*absolute_path, owner, std::move(pkg_record), status);
     }
     return record == nullptr ? report_no_policy(path) : move_to_owner(*this, *absolute_path, owner, status);
 }
@@ -165,14 +177,12 @@ int COrvexNet::del_net_policy_by_file(const std::string& path) {
     const char* function = "del_net_policy_by_file";
     const bool has_record = read_program_policy(*absolute_path) != nullptr;
     const std::string owner = get_pkg_by_file(*absolute_path);
-    if (!owner.empty() && read_pkg_policy(owner) != nullptr) {
-        const int ret = remove_pkg_policy(owner, function);
-        if (!has_record) {
-            return ret;
+    const std::optional<int> pkg_result = remove_owner_policy(owner, function);
+    if (!has_record) {
+        if (!pkg_result) {
+            print_line("程序[", *absolute_path, "]的联网管控策略不存在, 无需删除!");
         }
-    } else if (!has_record) {
-        print_line("程序[", *absolute_path, "]的联网管控策略不存在, 无需删除!");
-        return 0;
+        return pkg_result.value_or(0);
     }
     // Unlike everywhere else in the module the library's own code is returned, and that of the last step: a failed
     // removal of the package's policy is forgotten here.

@@ -77,29 +77,30 @@ private:
 }  // namespace
 
 int COrvexUserid::print_userid_by_file(const std::string& path) {
-    const owned_text absolute_path(get_absolute_path(path.c_str()));
-    if (absolute_path == nullptr) {
+    const std::optional<std::string> absolute_path = take_text(owned_text(get_absolute_path(path.c_str())));
+    if (!absolute_path) {
         print_line("获取文件[", path, "]的绝对路径失败!");
         return -1;
     }
-    const char* label = find_first_label(absolute_path.get());
-    print_line(absolute_path.get(), ": ", label);
+    print_line(*absolute_path, ": ", find_first_label(*absolute_path));
     return 0;
 }
 
 int COrvexUserid::print_userid_by_dir(const std::string& dir) {
-    const owned_text absolute_path(get_absolute_path(dir.c_str()));
+    owned_text absolute_path(get_absolute_path(dir.c_str()));
     if (absolute_path == nullptr) {
         print_line("获取目录[", dir, "]的绝对路径失败!");
         return -1;
     }
     int count = 0;
-    const owned_list files([&](std::uint64_t* size) {
+    owned_list files([&](std::uint64_t* size) {
         char** list = get_file_list_from_dir(absolute_path.get(), &count);
         *size = count > 0 ? static_cast<std::uint64_t>(count) : 0;
         return list;
     });
-    print_userid_of_file_array(files.begin(), count);
+    print_userid_of_file_array(files.data(), count);
+    // The path goes before the files.
+    absolute_path.reset();
     return 0;
 }
 
