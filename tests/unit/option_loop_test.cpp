@@ -23,7 +23,7 @@ public:
     void usage() override { print_line("the help"); }
 };
 
-constexpr option words_of_module[] = {
+constexpr option long_options_of_module[] = {
     {"help", no_argument, nullptr, 'h'},         {"file", required_argument, nullptr, 'f'},
     {"except", required_argument, nullptr, 'e'}, {"tampered", no_argument, nullptr, 1},
     {"ignored", no_argument, nullptr, 0},        {"add", no_argument, nullptr, 'A'},
@@ -31,33 +31,39 @@ constexpr option words_of_module[] = {
     {"list", no_argument, nullptr, 'L'},         {nullptr, 0, nullptr, 0},
 };
 
-constexpr module_options options_of_module = {"hf:eAUDL", words_of_module, "bad use"};
+constexpr module_options options_of_module = {
+    .letters = "hf:eAUDL",
+    .long_options = long_options_of_module,
+    .invalid_line = "bad use",
+};
 
-class option_loop_test : public module_test {
+class option_loop_test : public module_test, private option_taker {
 protected:
     /// Reads a command line. The value is the run's end, or `no_end`.
-    call_result read(std::vector<std::string> words) {
-        words.insert(words.begin(), "module");
-        command_line line(words);
+    call_result read(const std::vector<std::string>& words) {
+        std::vector<std::string> whole = {"module"};
+        whole.insert(whole.end(), words.begin(), words.end());
+        command_line line(whole);
         taken.clear();
-        action = 77;
         expect_locale();
         return capture([&] {
-            const auto take = [this](int letter, const char* value) { return take_option(letter, value); };
-            return read_options(module, line.argc(), line.argv(), options_of_module, action, take).value_or(no_end);
+            const option_result result = read_options(module, options_of_module, *this, line.argc(), line.argv());
+            action = result.action;
+            return result.end.value_or(no_end);
         });
     }
 
+    helpful_module module;
+    int action = 77;
+    std::vector<std::string> taken;
+
+private:
     /// Keeps what it gets as "letter=value"; the value "stop" ends the run with 5.
-    run_end take_option(int letter, const char* value) {
+    run_end take(int letter, const char* value) override {
         const std::string name = letter == 1 ? "1" : std::string(1, static_cast<char>(letter));
         taken.push_back(name + "=" + (value == nullptr ? "(null)" : value));
         return taken.back() == "f=stop" ? run_end(5) : run_end();
     }
-
-    helpful_module module;
-    int action = 0;
-    std::vector<std::string> taken;
 };
 
 TEST_F(option_loop_test, a_line_without_options_runs_to_its_end) {

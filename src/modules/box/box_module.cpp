@@ -1,10 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "modules/box/box_module.h"
 
-#include "framework/option_loop.h"
+#include "framework/ladder.h"
 #include "framework/output.h"
-#include "framework/run_rungs.h"
-#include "service/status.h"
 
 namespace {
 
@@ -12,32 +10,19 @@ constexpr option long_options[] = {
     {"help", no_argument, nullptr, 'h'},
     {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"h", long_options, "无效的参数"};
+
+constexpr module_ladder ladder = {
+    .type = module_box,
+    .has_policies = false,
+    .options = {.letters = "h", .long_options = long_options},
+};
 
 }  // namespace
 
 int COrvexBox::run(int argc, char** argv) {
-    // Asked for on every path, the bare help too.
-    const int framework = orvex_scene_getstatus();
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights_but_help(*this, first_arg)) {
-        return *end;
-    }
-    if (const run_end end = switch_on_or_off(*this, module_box, argc, first_arg, framework)) {
-        return *end;
-    }
     // Whatever else was typed brings the help; only an unknown option is a fault.
-    int action = action_none;
-    const auto take_nothing = [](int, const char*) { return run_end(); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take_nothing)) {
-        return *end;
-    }
-    usage();
-    return 0;
+    module_command nothing_of_its_own;
+    return climb_ladder(*this, ladder, nothing_of_its_own, argc, argv);
 }
 
 void COrvexBox::usage() {

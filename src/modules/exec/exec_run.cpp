@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `exec` and its help.
+#include "framework/action.h"
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
-#include "framework/run_rungs.h"
 #include "modules/exec/exec_module.h"
 #include "service/status.h"
 
@@ -24,63 +25,44 @@ constexpr option long_options[] = {
     {"list", no_argument, nullptr, 'L'},
     {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"hf:d:P:eADL", long_options, "无效的参数"};
 
-/// What the command line names. Of the three objects the first one given counts, in the order of the members.
-struct command_line {
-    std::string file_path;
-    std::string dir_path;
-    std::string pkg_name;
-    bool is_except = false;
-    bool is_tampered = false;
-
-    run_end take(int letter, const char* value) {
-        switch (letter) {
-            case 'f':
-                file_path = value;
-                break;
-            case 'd':
-                dir_path = value;
-                break;
-            case 'P':
-                pkg_name = value;
-                break;
-            case 'e':
-                is_except = true;
-                break;
-            default:
-                is_tampered = true;
-                break;
-        }
-        return std::nullopt;
-    }
+constexpr module_ladder ladder = {
+    .type = module_exec,
+    .goes_off_too = module_exec_script,
+    // Another wording than that of `exec script off`; both are meant.
+    .off_line = "执行管控未开启!",
+    .options = {.letters = "hf:d:P:eADL", .long_options = long_options},
 };
 
-/// Serves `exec on` and `exec off`. Switching off takes script control along, where it did not fail.
-run_end switch_exec(COrvexExec& module, int argc, const std::string& first_arg, int framework) {
-    const run_end end = switch_on_or_off(module, module_exec, argc, first_arg, framework);
-    if (!end || first_arg == "on" || framework == orvex_status_disabled || *end == -1) {
-        return end;
+/// The operations of a change, and the line where the command line names nothing to change.
+struct change_operations {
+    int (COrvexExec::*by_file)(const std::string& paths, const int& action);
+    int (COrvexExec::*by_dir)(const std::string& paths, const int& action);
+    int (COrvexExec::*by_pkg)(const std::string& pkgs, const int& action);
+    const char* nothing_named;
+};
+constexpr change_operations whitelist_operations = {
+    .by_file = &COrvexExec::set_exec_policy_by_file,
+    .by_dir = &COrvexExec::set_exec_policy_by_dir,
+    .by_pkg = &COrvexExec::set_exec_policy_by_pkg,
+    .nothing_named = "设置执行管控可选文件、目录或者软件包, 请选择其中一种!",
+};
+constexpr change_operations exception_operations = {
+    .by_file = &COrvexExec::set_exec_except_policy_by_file,
+    .by_dir = &COrvexExec::set_exec_except_policy_by_dir,
+    .by_pkg = &COrvexExec::set_exec_except_policy_by_pkg,
+    .nothing_named = "设置例外程序可选文件、目录或者软件包, 请选择其中一种!",
+};
+
+int switch_script_on(COrvexExec& module, const module_states& states) {
+    if (!states.is_module_on()) {
+        print_line("请先开启执行控制, 再设置脚本管控状态!");
+        return 0;
     }
-    return module.set_module_status(module_exec_script, orvex_module_off);
+    return module.set_module_status(module_exec_script, orvex_module_on);
 }
 
-/// Serves `exec script on` and `exec script off`; any other word goes on as if it had not been "script".
-run_end switch_script(COrvexExec& module, int argc, char** argv, const module_states& states) {
-    if (argc != 4 || std::string(argv[2]) != "script") {
-        return std::nullopt;
-    }
-    const std::string word = argv[3];
-    if (word == "on") {
-        if (!states.is_module_on()) {
-            print_line("请先开启执行控制, 再设置脚本管控状态!");
-            return 0;
-        }
-        return module.set_module_status(module_exec_script, orvex_module_on);
-    }
-    if (word != "off") {
-        return std::nullopt;
-    }
+int switch_script_off(COrvexExec& module, const module_states& states) {
     if (states.framework == orvex_status_disabled) {
         print_line("orvex未开启!");
         return 0;
@@ -92,87 +74,95 @@ run_end switch_script(COrvexExec& module, int argc, char** argv, const module_st
     return module.set_module_status(module_exec_script, orvex_module_off);
 }
 
-int set_policy(COrvexExec& module, const command_line& words, int action) {
-    if (!words.file_path.empty()) {
-        return module.set_exec_policy_by_file(words.file_path, action);
-    }
-    if (!words.dir_path.empty()) {
-        return module.set_exec_policy_by_dir(words.dir_path, action);
-    }
-    if (!words.pkg_name.empty()) {
-        return module.set_exec_policy_by_pkg(words.pkg_name, action);
-    }
-    return end_with_usage(module, "设置执行管控可选文件、目录或者软件包, 请选择其中一种!");
-}
+class exec_command final : public module_command {
+public:
+    explicit exec_command(COrvexExec& module) : module_(module) {}
 
-int set_except_policy(COrvexExec& module, const command_line& words, int action) {
-    if (!words.file_path.empty()) {
-        return module.set_exec_except_policy_by_file(words.file_path, action);
+    /// Serves `exec script on` and `exec script off`; any other word goes on as if it had not been "script".
+    run_end serve_words(int argc, char** argv, const module_states& states) override {
+        if (argc != 4 || std::string(argv[2]) != "script") {
+            return std::nullopt;
+        }
+        const std::string word = argv[3];
+        if (word == "on") {
+            return switch_script_on(module_, states);
+        }
+        return word == "off" ? run_end(switch_script_off(module_, states)) : std::nullopt;
     }
-    if (!words.dir_path.empty()) {
-        return module.set_exec_except_policy_by_dir(words.dir_path, action);
-    }
-    if (!words.pkg_name.empty()) {
-        return module.set_exec_except_policy_by_pkg(words.pkg_name, action);
-    }
-    return end_with_usage(module, "设置例外程序可选文件、目录或者软件包, 请选择其中一种!");
-}
 
-int list_policy(COrvexExec& module, const command_line& words) {
-    if (words.is_tampered) {
-        return module.get_all_tampered_file();
+    run_end take(int letter, const char* value) override {
+        switch (letter) {
+            case 'f':
+                file_path_ = value;
+                break;
+            case 'd':
+                dir_path_ = value;
+                break;
+            case 'P':
+                pkg_name_ = value;
+                break;
+            case 'e':
+                is_except_ = true;
+                break;
+            case tampered_option:
+                is_tampered_ = true;
+                break;
+        }
+        return std::nullopt;
     }
-    if (!words.file_path.empty()) {
-        return module.get_whlist_status_by_file(words.file_path);
+
+    int act(int action) override {
+        if (action == action_list) {
+            return list();
+        }
+        return change(is_except_ ? exception_operations : whitelist_operations, action);
     }
-    if (!words.dir_path.empty()) {
-        return module.get_whlist_status_by_dir(words.dir_path);
+
+private:
+    // Of the three objects the first one given counts, in the order of the members.
+
+    int change(const change_operations& operations, int action) {
+        if (!file_path_.empty()) {
+            return (module_.*operations.by_file)(file_path_, action);
+        }
+        if (!dir_path_.empty()) {
+            return (module_.*operations.by_dir)(dir_path_, action);
+        }
+        if (!pkg_name_.empty()) {
+            return (module_.*operations.by_pkg)(pkg_name_, action);
+        }
+        return end_with_usage(module_, operations.nothing_named);
     }
-    if (!words.pkg_name.empty()) {
-        return module.get_whlist_status_by_pkg(words.pkg_name);
+
+    int list() {
+        if (is_tampered_) {
+            return module_.get_all_tampered_file();
+        }
+        if (!file_path_.empty()) {
+            return module_.get_whlist_status_by_file(file_path_);
+        }
+        if (!dir_path_.empty()) {
+            return module_.get_whlist_status_by_dir(dir_path_);
+        }
+        if (!pkg_name_.empty()) {
+            return module_.get_whlist_status_by_pkg(pkg_name_);
+        }
+        return module_.get_all_except_policy();
     }
-    return module.get_all_except_policy();
-}
+
+    COrvexExec& module_;
+    std::string file_path_;
+    std::string dir_path_;
+    std::string pkg_name_;
+    bool is_except_ = false;
+    bool is_tampered_ = false;
+};
 
 }  // namespace
 
 int COrvexExec::run(int argc, char** argv) {
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_exec);
-    if (const run_end end = switch_exec(*this, argc, first_arg, states.framework)) {
-        return *end;
-    }
-    if (const run_end end = switch_script(*this, argc, argv, states)) {
-        return *end;
-    }
-    // Another wording than that of `exec script off`; both are meant.
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "执行管控未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    command_line words;
-    const auto take = [&words](int letter, const char* value) { return words.take(letter, value); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-    switch (action) {
-        case action_add:
-        case action_delete:
-            return words.is_except ? set_except_policy(*this, words, action) : set_policy(*this, words, action);
-        case action_list:
-            return list_policy(*this, words);
-        default:
-            usage();
-            return 0;
-    }
+    exec_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexExec::usage() {

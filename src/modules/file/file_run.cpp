@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `file` and its help.
+#include "framework/action.h"
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
-#include "framework/run_rungs.h"
 #include "modules/file/file_module.h"
 #include "service/object_kind.h"
 
@@ -20,118 +21,106 @@ constexpr option long_options[] = {
     {"list", no_argument, nullptr, 'L'},
     {nullptr, 0, nullptr, 0},
 };
-// The "!" is this module's own.
-constexpr module_options options = {"hf:d:P:eADL", long_options, "无效的参数!"};
 
-/// What the command line names. What stands before -e is the protected object, what stands behind it the exception.
-class command_line {
+constexpr module_ladder ladder = {
+    .type = module_file,
+    .obeys_secret_scene = true,
+    .off_line = "文件只读保护未开启!",
+    .options =
+        {
+            .letters = "hf:d:P:eADL",
+            .long_options = long_options,
+            // The "!" is this module's own.
+            .invalid_line = "无效的参数!",
+        },
+};
+
+/// What stands before -e on the command line is the protected object, what stands behind it the exception.
+class file_command final : public module_command {
 public:
-    run_end take(int letter, const char* value) {
+    explicit file_command(COrvexFile& module) : module_(module) {}
+
+    run_end take(int letter, const char* value) override {
         switch (letter) {
             case 'f':
-                take_object(orvex_kind_file, value, file);
+                take_object(orvex_kind_file, value, file_);
                 break;
             case 'd':
-                if (is_except) {
+                if (is_except_) {
                     print_line("不支持以目录的方式添加例外程序!");
                     return 0;
                 }
-                take_object(orvex_kind_dir, value, dir);
+                take_object(orvex_kind_dir, value, dir_);
                 break;
             case 'P':
-                take_object(orvex_kind_pkg, value, package);
+                take_object(orvex_kind_pkg, value, package_);
                 break;
-            default:
-                is_except = true;
+            case 'e':
+                is_except_ = true;
                 break;
         }
         return std::nullopt;
     }
 
-    // Without the except flag the first of these that is given counts, in this order.
-    std::string file;
-    std::string dir;
-    std::string package;
-
-    // With it the latest of them is the first object, whatever its kind.
-    bool is_except = false;
-    std::int32_t first_kind = 0;
-    std::string first_object;
-    std::int32_t except_kind = 0;
-    std::string except_object;
+    int act(int action) override {
+        if (action == action_list) {
+            return module_.list_file_policy();
+        }
+        return is_except_ ? change_exceptions_of_object(action) : change_protection_of_objects(action);
+    }
 
 private:
     void take_object(std::int32_t kind, const char* value, std::string& object) {
-        if (is_except) {
-            except_kind = kind;
-            except_object = value;
+        if (is_except_) {
+            except_kind_ = kind;
+            except_object_ = value;
             return;
         }
         object = value;
-        first_kind = kind;
-        first_object = value;
+        first_kind_ = kind;
+        first_object_ = value;
     }
+
+    int change_protection_of_objects(int action) {
+        if (!file_.empty()) {
+            return module_.set_file_policy_by_file(file_, action);
+        }
+        if (!dir_.empty()) {
+            return module_.set_file_policy_by_dir(dir_, action);
+        }
+        if (!package_.empty()) {
+            return module_.set_file_policy_by_pkg(package_, action);
+        }
+        return end_with_usage(module_, "请输入需要设置只读文件保护文件策略的路径或者软件包名!");
+    }
+
+    int change_exceptions_of_object(int action) {
+        if (first_object_.empty() || except_object_.empty()) {
+            return end_with_usage(module_, "请输入需要设置例外程序策略的路径、目录或者软件包!");
+        }
+        return module_.set_file_except_policy(first_kind_, first_object_, except_kind_, except_object_, action);
+    }
+
+    COrvexFile& module_;
+
+    // Without the except flag the first of these that is given counts, in this order.
+    std::string file_;
+    std::string dir_;
+    std::string package_;
+
+    // With it the latest of them is the first object, whatever its kind.
+    bool is_except_ = false;
+    std::int32_t first_kind_ = 0;
+    std::string first_object_;
+    std::int32_t except_kind_ = 0;
+    std::string except_object_;
 };
-
-int set_policy(COrvexFile& module, const command_line& words, int action) {
-    if (!words.file.empty()) {
-        return module.set_file_policy_by_file(words.file, action);
-    }
-    if (!words.dir.empty()) {
-        return module.set_file_policy_by_dir(words.dir, action);
-    }
-    if (!words.package.empty()) {
-        return module.set_file_policy_by_pkg(words.package, action);
-    }
-    return end_with_usage(module, "请输入需要设置只读文件保护文件策略的路径或者软件包名!");
-}
-
-int set_except_policy(COrvexFile& module, const command_line& words, int action) {
-    if (words.first_object.empty() || words.except_object.empty()) {
-        return end_with_usage(module, "请输入需要设置例外程序策略的路径、目录或者软件包!");
-    }
-    return module.set_file_except_policy(words.first_kind, words.first_object, words.except_kind, words.except_object,
-                                         action);
-}
 
 }  // namespace
 
 int COrvexFile::run(int argc, char** argv) {
-    if (const run_end end = refuse_in_secret_scene()) {
-        return *end;
-    }
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_file);
-    if (const run_end end = switch_on_or_off(*this, module_file, argc, first_arg, states.framework)) {
-        return *end;
-    }
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "文件只读保护未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    command_line words;
-    const auto take = [&words](int letter, const char* value) { return words.take(letter, value); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-    switch (action) {
-        case action_add:
-        case action_delete:
-            return words.is_except ? set_except_policy(*this, words, action) : set_policy(*this, words, action);
-        case action_list:
-            return list_file_policy();
-        default:
-            usage();
-            return 0;
-    }
+    file_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexFile::usage() {

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `kmod`, its listing and its help.
+#include "framework/action.h"
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
 #include "framework/owned.h"
 #include "framework/path_checks.h"
-#include "framework/run_rungs.h"
 #include "modules/kmod/kmod_module.h"
 #include "service/kmodctl.h"
 
@@ -19,46 +20,30 @@ constexpr option long_options[] = {
     {"list", no_argument, nullptr, 'L'},
     {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"hf:n:ADL", long_options, "无效的参数"};
 
-/// What the command line names. The file goes before the name.
-struct command_line {
-    std::string file_path;
-    std::string kmod_name;
-
-    run_end take(int letter, const char* value) {
-        if (letter == 'n') {
-            kmod_name = value;
-            return std::nullopt;
-        }
-        // A file is tested as soon as it is met, before any option behind it.
-        if (refuse_missing(path_kind::file, value) || refuse_other_kind(path_kind::file, value, value)) {
-            return -1;
-        }
-        file_path = value;
-        return std::nullopt;
-    }
+constexpr module_ladder ladder = {
+    .type = module_kmod,
+    .obeys_secret_scene = true,
+    .off_line = "内核模块防卸载未开启!",
+    .options = {.letters = "hf:n:ADL", .long_options = long_options},
 };
 
-int add_policy(COrvexKmod& module, const command_line& words) {
-    if (!words.file_path.empty()) {
-        return module.add_kmod_by_file(words.file_path);
-    }
-    if (!words.kmod_name.empty()) {
-        return module.add_kmod_by_name(words.kmod_name);
-    }
-    return end_with_usage(module, "请输入需要添加防卸载的内核模块文件路径或者内核模块名称!");
-}
-
-int delete_policy(COrvexKmod& module, const command_line& words) {
-    if (!words.file_path.empty()) {
-        return module.del_kmod_by_file(words.file_path);
-    }
-    if (!words.kmod_name.empty()) {
-        return module.del_kmod_by_name(words.kmod_name);
-    }
-    return end_with_usage(module, "请输入需要删除防卸载的内核模块文件路径或者内核模块名称!");
-}
+/// The operations of a change, and the line where the command line names nothing to change.
+struct change_operations {
+    int (COrvexKmod::*by_file)(const std::string& path);
+    int (COrvexKmod::*by_name)(const std::string& name);
+    const char* nothing_named;
+};
+constexpr change_operations add_operations = {
+    .by_file = &COrvexKmod::add_kmod_by_file,
+    .by_name = &COrvexKmod::add_kmod_by_name,
+    .nothing_named = "请输入需要添加防卸载的内核模块文件路径或者内核模块名称!",
+};
+constexpr change_operations delete_operations = {
+    .by_file = &COrvexKmod::del_kmod_by_file,
+    .by_name = &COrvexKmod::del_kmod_by_name,
+    .nothing_named = "请输入需要删除防卸载的内核模块文件路径或者内核模块名称!",
+};
 
 int list_policy() {
     const owned_list names(orvex_scene_kmodctl_get_policy);
@@ -69,45 +54,55 @@ int list_policy() {
     return 0;
 }
 
+class kmod_command final : public module_command {
+public:
+    explicit kmod_command(COrvexKmod& module) : module_(module) {}
+
+    run_end take(int letter, const char* value) override {
+        switch (letter) {
+            case 'f':
+                // A file is tested as soon as it is met, before any option behind it.
+                if (refuse_missing(path_kind::file, value) || refuse_other_kind(path_kind::file, value, value)) {
+                    return -1;
+                }
+                file_path_ = value;
+                break;
+            case 'n':
+                kmod_name_ = value;
+                break;
+        }
+        return std::nullopt;
+    }
+
+    int act(int action) override {
+        if (action == action_list) {
+            return list_policy();
+        }
+        return change(action == action_add ? add_operations : delete_operations);
+    }
+
+private:
+    /// The file goes before the name.
+    int change(const change_operations& operations) {
+        if (!file_path_.empty()) {
+            return (module_.*operations.by_file)(file_path_);
+        }
+        if (!kmod_name_.empty()) {
+            return (module_.*operations.by_name)(kmod_name_);
+        }
+        return end_with_usage(module_, operations.nothing_named);
+    }
+
+    COrvexKmod& module_;
+    std::string file_path_;
+    std::string kmod_name_;
+};
+
 }  // namespace
 
 int COrvexKmod::run(int argc, char** argv) {
-    if (const run_end end = refuse_in_secret_scene()) {
-        return *end;
-    }
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_kmod);
-    if (const run_end end = switch_on_or_off(*this, module_kmod, argc, first_arg, states.framework)) {
-        return *end;
-    }
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "内核模块防卸载未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    command_line words;
-    const auto take = [&words](int letter, const char* value) { return words.take(letter, value); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-    switch (action) {
-        case action_add:
-            return add_policy(*this, words);
-        case action_delete:
-            return delete_policy(*this, words);
-        case action_list:
-            return list_policy();
-        default:
-            usage();
-            return 0;
-    }
+    kmod_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexKmod::usage() {

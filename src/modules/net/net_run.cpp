@@ -2,9 +2,10 @@
 // The command line of `net` and its help.
 #include <iostream>
 
+#include "framework/action.h"
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
-#include "framework/run_rungs.h"
 #include "modules/net/net_module.h"
 #include "service/netctl.h"
 
@@ -22,114 +23,116 @@ constexpr option long_options[] = {
     {"list", no_argument, nullptr, 'L'},
     {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"hf:P:v:AUDL", long_options, "无效的参数"};
 
-/// What the command line names. The file goes before the package.
-struct command_line {
-    std::string file_path;
-    std::string pkg_name;
-    std::string value;
+constexpr module_ladder ladder = {
+    .type = module_net,
+    .off_line = "网络保护未开启!",
+    .options = {.letters = "hf:P:v:AUDL", .long_options = long_options},
+};
 
-    run_end take(int letter, const char* text) {
+/// The operations of an add or a delete, and the line where the command line names no object.
+struct change_operations {
+    int (COrvexNet::*by_file)(const std::string& path);
+    int (COrvexNet::*by_pkg)(const std::string& pkg);
+    const char* nothing_named;
+};
+constexpr change_operations add_operations = {
+    .by_file = &COrvexNet::add_net_policy_by_file,
+    .by_pkg = &COrvexNet::add_net_policy_by_pkg,
+    .nothing_named = "请输入需要添加联网管控策略的应用程序路径或者软件包名称!",
+};
+constexpr change_operations delete_operations = {
+    .by_file = &COrvexNet::del_net_policy_by_file,
+    .by_pkg = &COrvexNet::del_net_policy_by_pkg,
+    // The doubled character is part of this text and of the update's.
+    .nothing_named = "请输入需要删除联网管控控策略的应用程序路径或者软件包名称!",
+};
+
+class net_command final : public module_command {
+public:
+    explicit net_command(COrvexNet& module) : module_(module) {}
+
+    run_end take(int letter, const char* value) override {
         switch (letter) {
             case 'f':
-                file_path = text;
+                file_path_ = value;
                 break;
             case 'P':
-                pkg_name = text;
+                pkg_name_ = value;
                 break;
-            default:
-                value = text;
+            case 'v':
+                value_ = value;
                 break;
         }
         return std::nullopt;
     }
+
+    int act(int action) override {
+        switch (action) {
+            case action_add:
+                return add();
+            case action_update:
+                return update();
+            case action_delete:
+                return change(delete_operations);
+            default:
+                module_.list_net_policy();
+                return 0;
+        }
+    }
+
+private:
+    int add() {
+        if (!value_.empty()) {
+            print_line("错误: 添加联网管控策略时, 无需设置-v选项, 默认拒绝!");
+            return -1;
+        }
+        return change(add_operations);
+    }
+
+    /// The file goes before the package, here and at an update.
+    int change(const change_operations& operations) {
+        if (!file_path_.empty()) {
+            return (module_.*operations.by_file)(file_path_);
+        }
+        if (!pkg_name_.empty()) {
+            return (module_.*operations.by_pkg)(pkg_name_);
+        }
+        return end_with_usage(module_, operations.nothing_named);
+    }
+
+    /// The value is looked at before the object.
+    int update() {
+        if (value_.empty()) {
+            return end_with_usage(module_, "请输入更新的状态值!");
+        }
+        if (value_ != "allow" && value_ != "deny") {
+            // No newline: the help's first line follows on the same line.
+            std::cout << "请输入正确的管控状态值!";
+            module_.usage();
+            return -1;
+        }
+        const std::int32_t status = value_ == "allow" ? netctl_allow : netctl_deny;
+        if (!file_path_.empty()) {
+            return module_.update_net_policy_by_file(file_path_, status);
+        }
+        if (!pkg_name_.empty()) {
+            return module_.update_net_policy_by_pkg(pkg_name_, status);
+        }
+        return end_with_usage(module_, "请输入需要更新联网管控控策略的应用程序路径或者软件包名称!");
+    }
+
+    COrvexNet& module_;
+    std::string file_path_;
+    std::string pkg_name_;
+    std::string value_;
 };
-
-int add_policy(COrvexNet& module, const command_line& words) {
-    if (!words.value.empty()) {
-        print_line("错误: 添加联网管控策略时, 无需设置-v选项, 默认拒绝!");
-        return -1;
-    }
-    if (!words.file_path.empty()) {
-        return module.add_net_policy_by_file(words.file_path);
-    }
-    if (!words.pkg_name.empty()) {
-        return module.add_net_policy_by_pkg(words.pkg_name);
-    }
-    return end_with_usage(module, "请输入需要添加联网管控策略的应用程序路径或者软件包名称!");
-}
-
-int update_policy(COrvexNet& module, const command_line& words) {
-    if (words.value.empty()) {
-        return end_with_usage(module, "请输入更新的状态值!");
-    }
-    if (words.value != "allow" && words.value != "deny") {
-        // No newline: the help's first line follows on the same line.
-        std::cout << "请输入正确的管控状态值!";
-        module.usage();
-        return -1;
-    }
-    const std::int32_t status = words.value == "allow" ? netctl_allow : netctl_deny;
-    if (!words.file_path.empty()) {
-        return module.update_net_policy_by_file(words.file_path, status);
-    }
-    if (!words.pkg_name.empty()) {
-        return module.update_net_policy_by_pkg(words.pkg_name, status);
-    }
-    // The doubled character is part of this text and of the delete's.
-    return end_with_usage(module, "请输入需要更新联网管控控策略的应用程序路径或者软件包名称!");
-}
-
-int delete_policy(COrvexNet& module, const command_line& words) {
-    if (!words.file_path.empty()) {
-        return module.del_net_policy_by_file(words.file_path);
-    }
-    if (!words.pkg_name.empty()) {
-        return module.del_net_policy_by_pkg(words.pkg_name);
-    }
-    return end_with_usage(module, "请输入需要删除联网管控控策略的应用程序路径或者软件包名称!");
-}
 
 }  // namespace
 
 int COrvexNet::run(int argc, char** argv) {
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_net);
-    if (const run_end end = switch_on_or_off(*this, module_net, argc, first_arg, states.framework)) {
-        return *end;
-    }
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "网络保护未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    command_line words;
-    const auto take = [&words](int letter, const char* text) { return words.take(letter, text); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-    switch (action) {
-        case action_add:
-            return add_policy(*this, words);
-        case action_update:
-            return update_policy(*this, words);
-        case action_delete:
-            return delete_policy(*this, words);
-        case action_list:
-            list_net_policy();
-            return 0;
-        default:
-            usage();
-            return 0;
-    }
+    net_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexNet::usage() {

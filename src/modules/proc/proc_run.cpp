@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `proc` and its help.
+#include "framework/action.h"
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
-#include "framework/run_rungs.h"
 #include "modules/proc/proc_module.h"
 #include "service/object_kind.h"
 
@@ -21,20 +22,27 @@ constexpr option long_options[] = {
     {"list", no_argument, nullptr, 'L'},
     {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"hf:p:d:P:eADL", long_options, "无效的参数"};
 
-/// What the command line names. Only -f looks at the except flag; -p, -d and -P write the exception wherever they
-/// stand.
-class command_line {
+constexpr module_ladder ladder = {
+    .type = module_proc,
+    .obeys_secret_scene = true,
+    .off_line = "进程防杀死未开启!",
+    .options = {.letters = "hf:p:d:P:eADL", .long_options = long_options},
+};
+
+/// Only -f looks at the except flag; -p, -d and -P write the exception wherever they stand.
+class proc_command final : public module_command {
 public:
-    run_end take(int letter, const char* value) {
+    explicit proc_command(COrvexProc& module) : module_(module) {}
+
+    run_end take(int letter, const char* value) override {
         switch (letter) {
             case 'f':
                 take_file(value);
                 break;
             case 'p':
                 // The exception too, on purpose: that is why -p stands before -e and its object.
-                pid = value;
+                pid_ = value;
                 take_exception(orvex_kind_dir, value);
                 break;
             case 'd':
@@ -43,101 +51,75 @@ public:
             case 'P':
                 take_exception(orvex_kind_pkg, value);
                 break;
-            default:
-                is_except = true;
+            case 'e':
+                is_except_ = true;
                 break;
         }
         return std::nullopt;
     }
 
-    std::string file;
-    std::string pid;
-    bool is_except = false;
-    std::int32_t first_kind = 0;
-    std::string first_object;
-    // Stays 0, no kind at all, where nothing names an exception.
-    std::int32_t except_kind = 0;
-    std::string except_object;
+    int act(int action) override {
+        if (action == action_list) {
+            return module_.list_proc_policy();
+        }
+        return is_except_ ? change_exceptions_of_program(action) : change_protection_of_programs(action);
+    }
 
 private:
     void take_file(const char* value) {
-        if (is_except) {
+        if (is_except_) {
             take_exception(orvex_kind_file, value);
             return;
         }
-        file = value;
-        first_kind = orvex_kind_file;
-        first_object = value;
+        file_ = value;
+        first_kind_ = orvex_kind_file;
+        first_object_ = value;
     }
 
     void take_exception(std::int32_t kind, const char* value) {
-        except_kind = kind;
-        except_object = value;
+        except_kind_ = kind;
+        except_object_ = value;
     }
+
+    /// The path goes before the process id.
+    int change_protection_of_programs(int action) {
+        if (!file_.empty()) {
+            return module_.set_proc_policy_by_file(file_, action);
+        }
+        if (!pid_.empty()) {
+            return module_.set_proc_policy_by_pid(pid_, action);
+        }
+        return end_with_usage(module_, "请输入需要设置进程防杀死策略的路径或者pid!");
+    }
+
+    /// The process id goes before the path, the other way round than without exceptions. Whether an exception was named
+    /// at all is not asked here.
+    int change_exceptions_of_program(int action) {
+        if (!pid_.empty()) {
+            return module_.set_proc_except_policy_by_pid(pid_, except_kind_, except_object_, action);
+        }
+        if (!first_object_.empty()) {
+            return module_.set_proc_except_policy(first_kind_, first_object_, except_kind_, except_object_, action);
+        }
+        return end_with_usage(module_, "请输入需要设置例外程序的防杀死进程!");
+    }
+
+    COrvexProc& module_;
+    std::string file_;
+    std::string pid_;
+    bool is_except_ = false;
+    std::int32_t first_kind_ = 0;
+    std::string first_object_;
+    // Stays 0, no kind at all, where nothing names an exception.
+    std::int32_t except_kind_ = 0;
+    std::string except_object_;
 };
-
-/// The path goes before the process id.
-int set_policy(COrvexProc& module, const command_line& words, int action) {
-    if (!words.file.empty()) {
-        return module.set_proc_policy_by_file(words.file, action);
-    }
-    if (!words.pid.empty()) {
-        return module.set_proc_policy_by_pid(words.pid, action);
-    }
-    return end_with_usage(module, "请输入需要设置进程防杀死策略的路径或者pid!");
-}
-
-/// The process id goes before the path, the other way round than without exceptions. Whether an exception was named at
-/// all is not asked here.
-int set_except_policy(COrvexProc& module, const command_line& words, int action) {
-    if (!words.pid.empty()) {
-        return module.set_proc_except_policy_by_pid(words.pid, words.except_kind, words.except_object, action);
-    }
-    if (!words.first_object.empty()) {
-        return module.set_proc_except_policy(words.first_kind, words.first_object, words.except_kind,
-                                             words.except_object, action);
-    }
-    return end_with_usage(module, "请输入需要设置例外程序的防杀死进程!");
-}
 
 }  // namespace
 
 int COrvexProc::run(int argc, char** argv) {
-    if (const run_end end = refuse_in_secret_scene()) {
-        return *end;
-    }
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_proc);
-    if (const run_end end = switch_on_or_off(*this, module_proc, argc, first_arg, states.framework)) {
-        return *end;
-    }
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "进程防杀死未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    command_line words;
-    const auto take = [&words](int letter, const char* value) { return words.take(letter, value); };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-    switch (action) {
-        case action_add:
-        case action_delete:
-            return words.is_except ? set_except_policy(*this, words, action) : set_policy(*this, words, action);
-        case action_list:
-            return list_proc_policy();
-        default:
-            usage();
-            return 0;
-    }
+    proc_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexProc::usage() {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `userid` and its help.
+#include "framework/ladder.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
 #include "framework/path_checks.h"
-#include "framework/run_rungs.h"
 #include "modules/userid/userid_module.h"
 #include "service/paths.h"
 
@@ -14,89 +14,85 @@ constexpr option long_options[] = {
     {"dir", required_argument, nullptr, 'd'}, {"package", required_argument, nullptr, 'P'},
     {"list", no_argument, nullptr, 'L'},      {nullptr, 0, nullptr, 0},
 };
-constexpr module_options options = {"hf:d:P:L", long_options, "无效的参数"};
 
-// The values are tested as soon as their option is met.
+constexpr module_ladder ladder = {
+    .type = module_3adm,
+    .has_switch = false,
+    .off_line = "三权分立功能未开启!",
+    .options = {.letters = "hf:d:P:L", .long_options = long_options},
+};
 
-run_end refuse_bad_file(const char* path) {
+bool refuse_bad_file(const char* path) {
     if (path_is_exist(path) != 1) {
         print_line("路径[", path, "]不存在, 请输入正确的文件路径!");
-        return -1;
+        return true;
     }
-    if (refuse_other_kind(path_kind::file, path, path)) {
-        return -1;
-    }
-    return std::nullopt;
+    return refuse_other_kind(path_kind::file, path, path);
 }
 
 /// A plain file that exists passes: the test asks whether the path exists or is a directory.
-run_end refuse_bad_dir(const char* path) {
-    if (path_is_exist(path) != 1 && path_is_dir(path) != 1) {
-        print_line("路径[", path, "]不存在或者非目录, 请输入正确的路径!");
-        return -1;
+bool refuse_bad_dir(const char* path) {
+    if (path_is_exist(path) == 1 || path_is_dir(path) == 1) {
+        return false;
     }
-    return std::nullopt;
+    print_line("路径[", path, "]不存在或者非目录, 请输入正确的路径!");
+    return true;
 }
 
-run_end refuse_bad_pkg(COrvexUserid& module, const char* pkg) {
-    if (!module.is_pkg_installed(pkg)) {
-        print_line("软件包[", pkg, "]未安装, 不支持查询");
-        return -1;
+bool refuse_bad_pkg(COrvexUserid& module, const char* pkg) {
+    if (module.is_pkg_installed(pkg)) {
+        return false;
     }
-    return std::nullopt;
+    print_line("软件包[", pkg, "]未安装, 不支持查询");
+    return true;
 }
+
+class userid_command final : public module_command {
+public:
+    explicit userid_command(COrvexUserid& module) : module_(module) {}
+
+    /// The values are tested as soon as their option is met.
+    run_end take(int letter, const char* value) override {
+        switch (letter) {
+            case 'f':
+                file_path_ = value;
+                return refuse_bad_file(value) ? run_end(-1) : std::nullopt;
+            case 'd':
+                dir_path_ = value;
+                return refuse_bad_dir(value) ? run_end(-1) : std::nullopt;
+            case 'P':
+                pkg_name_ = value;
+                return refuse_bad_pkg(module_, value) ? run_end(-1) : std::nullopt;
+        }
+        return std::nullopt;
+    }
+
+    /// The listing is the only command.
+    int act(int /*action*/) override {
+        if (!file_path_.empty()) {
+            return module_.print_userid_by_file(file_path_);
+        }
+        if (!dir_path_.empty()) {
+            return module_.print_userid_by_dir(dir_path_);
+        }
+        if (!pkg_name_.empty()) {
+            return module_.print_userid_by_pkg(pkg_name_);
+        }
+        return end_with_usage(module_, "请输入需要查询三员用户标记的文件、目录或者软件包!");
+    }
+
+private:
+    COrvexUserid& module_;
+    std::string file_path_;
+    std::string dir_path_;
+    std::string pkg_name_;
+};
 
 }  // namespace
 
 int COrvexUserid::run(int argc, char** argv) {
-    if (argc < 3) {
-        usage();
-        return 0;
-    }
-    const std::string first_arg = argv[2];
-    if (const run_end end = refuse_without_rights(*this, first_arg)) {
-        return *end;
-    }
-    const module_states states = read_states(module_3adm);
-    if (const run_end end = refuse_while_off(*this, states, first_arg, "三权分立功能未开启!")) {
-        return *end;
-    }
-
-    int action = action_none;
-    std::string file_path;
-    std::string dir_path;
-    std::string pkg_name;
-    const auto take = [&](int letter, const char* value) -> run_end {
-        switch (letter) {
-            case 'f':
-                file_path = value;
-                return refuse_bad_file(value);
-            case 'd':
-                dir_path = value;
-                return refuse_bad_dir(value);
-            default:
-                pkg_name = value;
-                return refuse_bad_pkg(*this, value);
-        }
-    };
-    if (const run_end end = read_options(*this, argc, argv, options, action, take)) {
-        return *end;
-    }
-
-    if (action == action_none) {
-        usage();
-        return 0;
-    }
-    if (!file_path.empty()) {
-        return print_userid_by_file(file_path);
-    }
-    if (!dir_path.empty()) {
-        return print_userid_by_dir(dir_path);
-    }
-    if (!pkg_name.empty()) {
-        return print_userid_by_pkg(pkg_name);
-    }
-    return end_with_usage(*this, "请输入需要查询三员用户标记的文件、目录或者软件包!");
+    userid_command command(*this);
+    return climb_ladder(*this, ladder, command, argc, argv);
 }
 
 void COrvexUserid::usage() {
