@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "framework/failure_log.h"
+#include "framework/framework_state.h"
 #include "framework/module_base.h"
 #include "framework/output.h"
-#include "framework/service_error.h"
-#include "service/log.h"
 #include "service/status.h"
 
 namespace {
@@ -10,14 +10,10 @@ namespace {
 constexpr int more_to_come = 0;
 constexpr int last_of_batch = 1;
 
-template <class... Arguments>
-void log_failure(const char* format, Arguments... arguments) {
-    orvex_log(orvex_log_level_failure, "base", "set_module_status", format, arguments...);
-}
+constexpr log_source source = {.tag = "base", .function = "set_module_status"};
 
-int report_no_rights(const std::string& name) {
+void print_no_rights(const std::string& name) {
     print_line("设置安全模块[", name, "]状态失败! 用户无权限!");
-    return -1;
 }
 
 /// Switches one module while the framework runs.
@@ -27,22 +23,22 @@ int switch_running(orvex_module_type module, const std::string& name, int status
         return 0;
     }
     if (ret == orvex_result_no_rights) {
-        return report_no_rights(name);
+        print_no_rights(name);
+        return -1;
     }
     print_line("设置安全模块[", name, "]状态失败!");
-    log_failure("set module status failed, module=%s, status=%d, ret=%d", name.c_str(), status, ret);
+    log_failure(source, "set module status failed, module=%s, status=%d, ret=%d", name.c_str(), status, ret);
     return -1;
 }
 
 /// Enables the framework for the time after the next restart.
 int enable_framework() {
     print_line("正在开启orvex......");
-    const int ret = setModuleStatusReboot_dbus(1, orvex_state_enable, 11, 0, 1, 0);
-    if (ret == 0) {
+    const state_result result = set_framework_state(orvex_state_enable, 0);
+    if (result.ret == 0) {
         return 0;
     }
-    print_line("设置orvex状态失败! error: ", get_service_error());
-    log_failure("set orvex status failed, ret: %d", ret);
+    log_failure(source, "set orvex status failed, ret: %d", result.ret);
     return -1;
 }
 
@@ -53,10 +49,11 @@ int switch_other_off(orvex_module_type other, const std::string& other_name, con
         return 0;
     }
     if (ret == orvex_result_no_rights) {
-        return report_no_rights(requested_name);
+        print_no_rights(requested_name);
+        return -1;
     }
     print_line("关闭安全模块[", other_name, "]失败! ");
-    log_failure("set module status disable failed, module=%s, ret=%d", other_name.c_str(), ret);
+    log_failure(source, "set module status disable failed, module=%s, ret=%d", other_name.c_str(), ret);
     return -1;
 }
 
@@ -64,12 +61,13 @@ int switch_other_off(orvex_module_type other, const std::string& other_name, con
 int switch_requested(orvex_module_type module, const std::string& name, int status) {
     const int ret = orvex_scene_set_multi_module_status(module, status, last_of_batch);
     if (ret == orvex_result_no_rights) {
-        return report_no_rights(name);
+        print_no_rights(name);
+        return -1;
     }
     if (ret != 0) {
         // The text blames missing rights whatever the cause was. It is meant to stay so.
         print_line("开启安全模块[", name, "]失败! 用户无权限!");
-        log_failure("set module status enable failed, module=%s, ret=%d", name.c_str(), ret);
+        log_failure(source, "set module status enable failed, module=%s, ret=%d", name.c_str(), ret);
         return -1;
     }
     // The text says "switched on" also for a status of 0.

@@ -67,8 +67,8 @@ std::optional<std::string> ask_rpm(std::string path) {
     };
     std::string program = "rpm";
     std::string query_file = "-qf";
-    const std::array<char*, 4> words = {program.data(), query_file.data(), path.data(), nullptr};
-    const owned_option_context context(rpmcliInit(3, words.data(), options.data()));
+    const std::array<char*, 4> argv = {program.data(), query_file.data(), path.data(), nullptr};
+    const owned_option_context context(rpmcliInit(3, argv.data(), options.data()));
     if (context == nullptr) {
         return "错误: rpmcliInit 执行失败";
     }

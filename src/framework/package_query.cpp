@@ -36,15 +36,17 @@ public:
 
     bool is_found() const { return header_ != nullptr; }
 
-    void append_files(std::list<std::string>& files) const {
+    std::list<std::string> get_files() const {
         // Names alone are wanted: everything else that a file list may load is left out.
         constexpr rpmfiFlags flags =
             RPMFI_NOFILECLASS | RPMFI_NOFILEDEPS | RPMFI_NOFILELANGS | RPMFI_NOFILECOLORS | RPMFI_NOFILEVERIFYFLAGS;
         static_assert(flags == 0x1800e, "the flags of a plain file list");
+        std::list<std::string> files;
         const owned_file_info info(rpmfiNew(transaction_.get(), header_, RPMTAG_BASENAMES, flags));
         while (rpmfiNext(info.get()) >= 0) {
             files.emplace_back(rpmfiFN(info.get()));
         }
+        return files;
     }
 
 private:
@@ -74,7 +76,7 @@ int COrvexBase::get_pkg_files(const std::string& pkg, std::list<std::string>& fi
         print_line("软件包[", pkg, "]未安装!");
         return -1;
     }
-    lookup.append_files(files);
+    files.splice(files.end(), lookup.get_files());
     return 0;
 }
 

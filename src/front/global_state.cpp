@@ -6,10 +6,10 @@
 #include <iostream>
 #include <optional>
 
+#include "framework/failure_log.h"
+#include "framework/framework_state.h"
 #include "framework/module_base.h"
 #include "framework/output.h"
-#include "framework/service_error.h"
-#include "service/log.h"
 #include "service/status.h"
 
 namespace {
@@ -46,21 +46,21 @@ bool confirm_restart() {
 /// Returns the request for `mode`, or nothing when the user said no to a restart.
 std::optional<state_request> choose_request(const std::string& mode) {
     if (mode == "enable") {
-        return state_request{orvex_state_enable, 0};
+        return state_request{.state = orvex_state_enable, .reboot = 0};
     }
     if (mode == "permissive") {
-        return state_request{orvex_state_permissive, 0};
+        return state_request{.state = orvex_state_permissive, .reboot = 0};
     }
     if (mode != "disable") {
-        return state_request{0, 0};
+        return state_request{.state = 0, .reboot = 0};
     }
     if (orvex_scene_get_module_status(module_3adm) != orvex_module_on) {
-        return state_request{orvex_state_disable, 0};
+        return state_request{.state = orvex_state_disable, .reboot = 0};
     }
     if (!confirm_restart()) {
         return std::nullopt;
     }
-    return state_request{orvex_state_disable, 1};
+    return state_request{.state = orvex_state_disable, .reboot = 1};
 }
 
 }  // namespace
@@ -71,11 +71,10 @@ int set_orvex_status(const std::string& mode) {
         return 0;
     }
     const int previous = orvex_scene_getstatus();
-    if (setModuleStatusReboot_dbus(1, request->state, 11, 0, 1, request->reboot) != 0) {
-        const std::string error = get_service_error();
-        print_line("设置orvex状态失败! error: ", error);
-        orvex_log(orvex_log_level_failure, "orvex_policy", "set_orvex_status", "set orvex status failed, error: %s",
-                  error.c_str());
+    const state_result result = set_framework_state(request->state, request->reboot);
+    if (result.ret != 0) {
+        log_failure({.tag = "orvex_policy", .function = "set_orvex_status"}, "set orvex status failed, error: %s",
+                    result.error.c_str());
         return -1;
     }
     if (previous == orvex_status_disabled && request->state != orvex_state_disable) {
