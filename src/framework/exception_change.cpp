@@ -2,23 +2,25 @@
 #include "framework/exception_change.h"
 
 #include "framework/action.h"
+#include "framework/failure_log.h"
 #include "framework/output.h"
-#include "service/log.h"
+#include "framework/wanted_state.h"
 #include "service/object_kind.h"
 
 namespace {
 
-bool is_in_wanted_state(const exception_words& words, const std::string& object, const std::string& exception,
-                        int action, bool is_present) {
-    if (action == action_add && is_present) {
+/// Refuses an exception that needs no change, with a line.
+bool refuse_needless_exception(const exception_words& words, const std::string& object, const std::string& exception,
+                               int action, bool is_present) {
+    if (!needs_no_change(action, is_present)) {
+        return false;
+    }
+    if (action == action_add) {
         print_line(words.object_head, object, "]已添加了例外程序[", exception, "], 无需重复添加!");
-        return true;
-    }
-    if (action == action_delete && !is_present) {
+    } else {
         print_line(words.object_head, object, words.absent_middle, exception, "], 无需删除!");
-        return true;
     }
-    return false;
+    return true;
 }
 
 /// Returns copies of the exceptions that need a change.
@@ -29,7 +31,7 @@ text_batch choose_exceptions(const exception_words& words, const shown_object& o
         if (exception.empty()) {
             continue;
         }
-        if (!is_in_wanted_state(words, object.wanted_state, exception, request.action, is_present(exception))) {
+        if (!refuse_needless_exception(words, object.needless, exception, request.action, is_present(exception))) {
             chosen.add(copy_text(exception));
         }
     }
@@ -46,8 +48,8 @@ void report_failure(const exception_words& words, const shown_object& object, co
     }
     print_line(is_add ? words.add_failure_head : words.remove_failure_head, object.failure, "]的例外程序[",
                request.argument, "]失败");
-    orvex_log(orvex_log_level_failure, words.tag, words.function, is_add ? words.add_log : words.remove_log,
-              object.log.c_str(), request.argument.c_str(), ret);
+    log_failure(words.source, is_add ? words.add_log : words.remove_log, object.log.c_str(), request.argument.c_str(),
+                ret);
 }
 
 }  // namespace

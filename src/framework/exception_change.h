@@ -7,27 +7,27 @@
 #include <string>
 #include <vector>
 
+#include "framework/failure_log.h"
 #include "framework/module_base.h"
 #include "framework/owned.h"
 
 /// The words of one way to name the protected object.
 struct exception_words {
-    const char* tag;
-    const char* function;
-    /// In front of the object in the lines for an exception that is in the wanted state already.
+    log_source source;
+    /// In front of the object in the lines for an exception that needs no change.
     const char* object_head;
     const char* absent_middle;
     const char* not_protected_tail;
     const char* add_failure_head;
     const char* remove_failure_head;
-    const char* add_log;
-    const char* remove_log;
+    log_format<const char*, const char*, int> add_log;
+    log_format<const char*, const char*, int> remove_log;
 };
 
 /// The protected object in the forms in which lines and log show it.
 struct shown_object {
-    /// In the lines for an exception that is in the wanted state already.
-    std::string wanted_state;
+    /// In the lines for an exception that needs no change.
+    std::string needless;
     /// In the line for an object that is not protected.
     std::string not_protected;
     /// In the lines of a failed call.
@@ -36,7 +36,7 @@ struct shown_object {
     std::string log;
 };
 
-/// Tells whether one of `pkgs` is not installed, with a line for the first such one.
+/// Refuses a list of packages with one that is not installed, with a line for the first such one.
 bool refuse_missing_pkgs(COrvexBase& module, const std::vector<std::string>& pkgs);
 
 /// What a user wants changed.
@@ -48,8 +48,8 @@ struct exception_request {
     int action;
 };
 
-/// Changes the exceptions of a protected object. One that is in the wanted state already, as `is_present` tells, is
-/// left out with a line; for the others `call` is made once, and its result is reported: by a line and, but for an
+/// Changes the exceptions of a protected object. One that needs no change, as `is_present` tells, is left out with a
+/// line; for the others `call` is made once, and its result is reported: by a line and, but for an
 /// object that is not protected at an add, by a log record. Returns that result, or 0 where there was nothing to call
 /// for.
 int change_exceptions(const exception_words& words, const shown_object& object, const exception_request& request,

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -105,6 +106,7 @@ public:
     /// The array and its length for the call; valid until the next `add`.
     char** data() { return texts_.data(); }
     int count() const { return static_cast<int>(texts_.size()); }
+    std::span<char*> texts() { return texts_; }
 
 private:
     std::vector<char*> texts_;

@@ -23,7 +23,7 @@ bool refuse_other_kind(path_kind kind, const std::string& path, const std::strin
     return true;
 }
 
-owned_text get_absolute_path_of_file(const std::string& path) {
+owned_text get_absolute_file(const std::string& path) {
     owned_text absolute_path(get_absolute_path(path.c_str()));
     if (absolute_path == nullptr) {
         print_line("获取文件[", path, "]的绝对路径失败");

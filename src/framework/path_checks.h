@@ -10,14 +10,16 @@
 /// What a path is wanted to name. Everything that is no directory counts as a file.
 enum class path_kind { file, dir };
 
-/// Tells whether `path` names nothing, with a line.
+// A `refuse_` function tells whether it refused what it was given, and has then printed the line for it.
+
+/// Refuses a `path` that names nothing.
 bool refuse_missing(path_kind kind, const std::string& path);
 
-/// Tells whether `path` names something other than the wanted kind, with a line that shows `shown`.
+/// Refuses a `path` that names something other than the wanted kind. The line shows `shown`.
 bool refuse_other_kind(path_kind kind, const std::string& path, const std::string& shown);
 
 /// Returns the absolute form of the file `path`, or null, with a line.
-owned_text get_absolute_path_of_file(const std::string& path);
+owned_text get_absolute_file(const std::string& path);
 
 /// Returns the real path behind `path`, all links resolved, or null with a line: it has to be of the wanted kind. The
 /// line for the wrong kind shows the real path.

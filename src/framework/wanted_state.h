@@ -4,23 +4,23 @@
 #include "framework/action.h"
 #include "framework/output.h"
 
+/// Tells whether an object needs no change: it is listed already at an add, or not listed at a delete.
+constexpr bool needs_no_change(int action, bool is_listed) {
+    return (action == action_add && is_listed) || (action == action_delete && !is_listed);
+}
+
 /// How a list's lines end for an object that needs no change.
 struct wanted_state_tails {
     const char* already_listed;
     const char* not_listed;
 };
 
-/// Tells whether an object is in the wanted state already: listed at an add, not listed at a delete. Then a line is
-/// printed that begins with the pieces of `object`.
+/// Refuses an object that needs no change, with a line that begins with the pieces of `object`.
 template <class... Pieces>
-bool is_in_wanted_state(const wanted_state_tails& tails, int action, bool is_listed, const Pieces&... object) {
-    if (action == action_add && is_listed) {
-        print_line(object..., tails.already_listed);
-        return true;
+bool refuse_needless_change(const wanted_state_tails& tails, int action, bool is_listed, const Pieces&... object) {
+    if (!needs_no_change(action, is_listed)) {
+        return false;
     }
-    if (action == action_delete && !is_listed) {
-        print_line(object..., tails.not_listed);
-        return true;
-    }
-    return false;
+    print_line(object..., action == action_add ? tails.already_listed : tails.not_listed);
+    return true;
 }

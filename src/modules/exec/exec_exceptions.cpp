@@ -1,83 +1,107 @@
 // SPDX-License-Identifier: Apache-2.0
 // Changing the exception programs, by file, directory and package. Any result but 0 is a failure here, unlike for the
 // whitelist.
+#include <cstdint>
+#include <string>
+#include <utility>
+
 #include "framework/action.h"
+#include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
 #include "framework/wanted_state.h"
 #include "modules/exec/exec_module.h"
 #include "modules/exec/exec_pieces.h"
+#include "service/exectl.h"
 
 namespace {
 
-/// The call and the words of one way to change the exceptions. The line of a failure shows the user's whole argument.
-struct exception_change {
+/// One way to change the exceptions: the call, and how its failure is told. The user's whole argument stands between
+/// the head and the tail of the line.
+struct exception_call {
     int (*call)(char** objects, std::int64_t count);
     const char* failure_head;
     const char* failure_tail;
-    const char* log_format;
+    log_format<const char*, int> failure_log;
 };
 
-constexpr exception_change add_files = {
-    orvex_scene_exectl_multi_add_file_in_permissive,
-    "添加文件[",
-    "]为例外程序失败!",
-    "set exectl except failed, path: %s, ret: %d",
+/// The add and the delete of one kind of object.
+struct exception_calls {
+    log_source source;
+    exception_call add;
+    exception_call remove;
 };
-constexpr exception_change delete_files = {
-    orvex_scene_exectl_multi_remove_file_from_permissive,
-    "删除文件[",
-    // The wording of the add, kept for the delete.
-    "]为例外程序失败!",
-    "del exectl except failed, path: %s, ret: %d",
+constexpr exception_calls file_calls = {
+    .source = {.tag = "exec", .function = "set_exec_except_policy_by_file"},
+    .add =
+        {
+            .call = orvex_scene_exectl_multi_add_file_in_permissive,
+            .failure_head = "添加文件[",
+            .failure_tail = "]为例外程序失败!",
+            .failure_log = "set exectl except failed, path: %s, ret: %d",
+        },
+    .remove =
+        {
+            .call = orvex_scene_exectl_multi_remove_file_from_permissive,
+            .failure_head = "删除文件[",
+            // The wording of the add, kept for the delete.
+            .failure_tail = "]为例外程序失败!",
+            .failure_log = "del exectl except failed, path: %s, ret: %d",
+        },
 };
-constexpr exception_change add_dirs = {
-    orvex_scene_exectl_multi_add_file_in_permissive,
-    "添加目录[",
-    "]下所有文件为例外程序失败!",
-    "set exectl except failed, path: %s, ret: %d",
+constexpr exception_calls dir_calls = {
+    .source = {.tag = "exec", .function = "set_exec_except_policy_by_dir"},
+    .add =
+        {
+            .call = orvex_scene_exectl_multi_add_file_in_permissive,
+            .failure_head = "添加目录[",
+            .failure_tail = "]下所有文件为例外程序失败!",
+            .failure_log = "set exectl except failed, path: %s, ret: %d",
+        },
+    .remove =
+        {
+            .call = orvex_scene_exectl_multi_remove_file_from_permissive,
+            .failure_head = "删除目录[",
+            .failure_tail = "]下所有文件的例外程序失败!",
+            .failure_log = "del exectl except failed, path: %s, ret: %d",
+        },
 };
-constexpr exception_change delete_dirs = {
-    orvex_scene_exectl_multi_remove_file_from_permissive,
-    "删除目录[",
-    "]下所有文件的例外程序失败!",
-    "del exectl except failed, path: %s, ret: %d",
-};
-constexpr exception_change add_pkgs = {
-    orvex_scene_exectl_multi_add_package_in_permissive,
-    "添加软件包[",
-    "]中所有例外程序失败!",
-    "set exectl except failed, pkg: %s, ret: %d",
-};
-constexpr exception_change delete_pkgs = {
-    orvex_scene_exectl_multi_remove_package_from_permissive,
-    "删除软件包[",
-    "]中所有例外程序失败!",
-    "del exectl except failed, pkg: %s, ret: %d",
+constexpr exception_calls pkg_calls = {
+    .source = {.tag = "exec", .function = "set_exec_except_policy_by_pkg"},
+    .add =
+        {
+            .call = orvex_scene_exectl_multi_add_package_in_permissive,
+            .failure_head = "添加软件包[",
+            .failure_tail = "]中所有例外程序失败!",
+            .failure_log = "set exectl except failed, pkg: %s, ret: %d",
+        },
+    .remove =
+        {
+            .call = orvex_scene_exectl_multi_remove_package_from_permissive,
+            .failure_head = "删除软件包[",
+            .failure_tail = "]中所有例外程序失败!",
+            .failure_log = "del exectl except failed, pkg: %s, ret: %d",
+        },
 };
 
-/// Makes one call for all objects of the batch.
-void make_call(const exception_change& change, const char* function, const std::string& argument, text_batch& batch) {
-    const int ret = change.call(batch.data(), batch.count());
-    if (ret != 0) {
-        print_line(change.failure_head, argument, change.failure_tail);
-        log_exec_failure(function, change.log_format, argument, ret);
-    }
-}
+constexpr wanted_state_tails tails = {
+    .already_listed = "]已存在例外程序列表中, 无需重复添加!",
+    .not_listed = "]不在例外程序列表中, 无需删除!",
+};
 
-/// Adds or deletes all objects that passed the tests; with none of them there is no call.
-void change_exceptions(const exception_change& add, const exception_change& remove, int action, const char* function,
-                       const std::string& argument, text_batch& batch) {
-    if (batch.empty()) {
+/// Makes one call for all objects that passed the tests. Without any of them, and for an action that is neither add nor
+/// delete, there is none.
+void make_call(const exception_calls& calls, int action, const std::string& argument, text_batch& batch) {
+    if (batch.empty() || (action != action_add && action != action_delete)) {
         return;
     }
-    if (action == action_add) {
-        make_call(add, function, argument, batch);
-    } else if (action == action_delete) {
-        make_call(remove, function, argument, batch);
+    const exception_call& wanted = action == action_add ? calls.add : calls.remove;
+    const int ret = wanted.call(batch.data(), batch.count());
+    if (ret != 0) {
+        print_line(wanted.failure_head, argument, wanted.failure_tail);
+        log_failure(calls.source, wanted.failure_log, argument.c_str(), ret);
     }
 }
-
-constexpr wanted_state_tails tails = {"]已存在例外程序列表中, 无需重复添加!", "]不在例外程序列表中, 无需删除!"};
 
 }  // namespace
 
@@ -85,15 +109,15 @@ int COrvexExec::set_exec_except_policy_by_file(const std::string& paths, const i
     text_batch batch;
     for (const std::string& piece : split_string(paths, ':')) {
         const std::string path = expand_tilde(piece);
-        owned_text absolute_path = get_absolute_file(path);
+        owned_text absolute_path = accept_file(path);
         if (absolute_path == nullptr) {
             continue;
         }
-        if (!is_in_wanted_state(tails, action, is_file_in_except_list(absolute_path.get()), "文件[", path)) {
+        if (!refuse_needless_change(tails, action, is_file_in_except_list(absolute_path.get()), "文件[", path)) {
             batch.add(std::move(absolute_path));
         }
     }
-    change_exceptions(add_files, delete_files, action, "set_exec_except_policy_by_file", paths, batch);
+    make_call(file_calls, action, paths, batch);
     return 0;
 }
 
@@ -102,18 +126,18 @@ int COrvexExec::set_exec_except_policy_by_dir(const std::string& paths, const in
     for (const std::string& piece : split_string(paths, ':')) {
         const std::string path = expand_tilde(piece);
         // A bad piece abandons the pieces before it too.
-        if (!is_existing_dir(path)) {
+        if (refuse_non_dir(path)) {
             return -1;
         }
         owned_text absolute_path = get_absolute_dir(path, path);
         if (absolute_path == nullptr) {
             continue;
         }
-        if (!is_in_wanted_state(tails, action, has_except_dir(absolute_path.get()), "目录[", path)) {
+        if (!refuse_needless_change(tails, action, has_except_dir(absolute_path.get()), "目录[", path)) {
             batch.add(std::move(absolute_path));
         }
     }
-    change_exceptions(add_dirs, delete_dirs, action, "set_exec_except_policy_by_dir", paths, batch);
+    make_call(dir_calls, action, paths, batch);
     return 0;
 }
 
@@ -124,10 +148,10 @@ int COrvexExec::set_exec_except_policy_by_pkg(const std::string& pkgs, const int
             print_line("不支持未安装的软件包[", pkg, "]设置");
             continue;
         }
-        if (!is_in_wanted_state(tails, action, has_except_pkg(pkg), "软件包[", pkg)) {
+        if (!refuse_needless_change(tails, action, has_except_pkg(pkg), "软件包[", pkg)) {
             batch.add(copy_text(pkg));
         }
     }
-    change_exceptions(add_pkgs, delete_pkgs, action, "set_exec_except_policy_by_pkg", pkgs, batch);
+    make_call(pkg_calls, action, pkgs, batch);
     return 0;
 }

@@ -2,6 +2,7 @@
 // The questions that are asked of the exception lists. Each fetches its list anew.
 #include "modules/exec/exec_module.h"
 #include "modules/exec/exec_pieces.h"
+#include "service/exectl.h"
 #include "service/paths.h"
 
 namespace {

@@ -5,33 +5,32 @@
 #include "framework/action.h"
 #include "framework/exception_change.h"
 #include "framework/output.h"
+#include "modules/file/file_deletion.h"
 #include "modules/file/file_module.h"
 #include "modules/file/file_records.h"
-#include "modules/file/file_release.h"
 #include "service/filectl.h"
 
 namespace {
 
 // The lines say "file" for directories and packages too.
 constexpr exception_words words = {
-    "file",
-    "set_file_except_policy",
-    "只读保护文件[",
-    "]未添加例外程序[",
-    "]不在只读保护列表中, 请先添加只读保护!",
-    "添加只读保护文件[",
-    "删除只读保护文件[",
-    "add file except failed, readonly file = %s, except = %s, ret = %d",
-    "del file except failed, readonly file = %s, except = %s, ret = %d",
+    .source = {.tag = "file", .function = "set_file_except_policy"},
+    .object_head = "只读保护文件[",
+    .absent_middle = "]未添加例外程序[",
+    .not_protected_tail = "]不在只读保护列表中, 请先添加只读保护!",
+    .add_failure_head = "添加只读保护文件[",
+    .remove_failure_head = "删除只读保护文件[",
+    .add_log = "add file except failed, readonly file = %s, except = %s, ret = %d",
+    .remove_log = "del file except failed, readonly file = %s, except = %s, ret = %d",
 };
 
 owned_text resolve_first_path(COrvexFile& module, path_kind kind, const std::string& path, int action) {
     if (action == action_add) {
         return get_existing_real_path(kind, path);
     }
-    return get_path_to_release(module, kind, path,
-                               kind == path_kind::file ? "支持不存在的文件删除只读保护的例外程序, 需输入文件绝对路径!"
-                                                       : "支持不存在的目录删除只读保护的例外程序, 需输入目录绝对路径!");
+    return get_path_to_delete(module, kind, path,
+                              kind == path_kind::file ? "支持不存在的文件删除只读保护的例外程序, 需输入文件绝对路径!"
+                                                      : "支持不存在的目录删除只读保护的例外程序, 需输入目录绝对路径!");
 }
 
 /// Returns the protected object, or null with its lines. It is one object as it stands: nothing is split, no tilde is
@@ -60,8 +59,8 @@ std::string resolve_program(COrvexFile& module, const std::string& piece, int ac
     const std::string path = module.expand_tilde(piece);
     const owned_text program = action == action_add
                                    ? get_existing_real_path(path_kind::file, path)
-                                   : get_path_to_release(module, path_kind::file, path,
-                                                         "支持只读文件删除不存在的例外程序, 需输入文件绝对路径!");
+                                   : get_path_to_delete(module, path_kind::file, path,
+                                                        "支持只读文件删除不存在的例外程序, 需输入文件绝对路径!");
     return program == nullptr ? std::string() : std::string(program.get());
 }
 
@@ -106,11 +105,11 @@ int COrvexFile::set_file_except_policy(const std::int32_t& first_kind, const std
         return -1;
     }
     const std::string object = resolved.get();
-    const shown_object shown = {object, object, object, first_object};
+    const shown_object shown = {.needless = object, .not_protected = object, .failure = object, .log = first_object};
     const auto call =
         action == action_add ? orvex_scene_filectl_exception_multi_add : orvex_scene_filectl_exception_multi_remove;
     return change_exceptions(
-        words, shown, {*exceptions, except_object, action},
+        words, shown, {.exceptions = *exceptions, .argument = except_object, .action = action},
         [&](const std::string& exception) { return is_except_in_policy(object, exception); },
         [&](text_batch& chosen) {
             return call(first_kind, object.c_str(), except_kind, chosen.data(), chosen.count());

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // The list of protected modules: asking it and changing it.
+#include <optional>
+#include <string>
+
+#include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
 #include "framework/path_checks.h"
 #include "modules/kmod/kmod_module.h"
 #include "service/kmodctl.h"
-#include "service/log.h"
 
 namespace {
 
@@ -14,47 +18,46 @@ struct list_change {
     bool is_listed_when_done;
     const char* done_head;
     const char* done_tail;
-    int (*change)(const char* text);
+    int (*call)(const char* text);
     const char* failure_head;
     const char* function;
-    const char* log_format;
+    log_format<const char*, int> failure_log;
 };
-
 constexpr list_change add_by_file = {
-    true,
-    "文件[",
-    "]已添加内核模块防卸载, 无需重复添加!",
-    orvex_scene_kmodctl_add_by_path,
-    "添加内核模块[",
-    "add_kmod_by_file",
-    "add kmod failed, file=%s, ret=%d",
+    .is_listed_when_done = true,
+    .done_head = "文件[",
+    .done_tail = "]已添加内核模块防卸载, 无需重复添加!",
+    .call = orvex_scene_kmodctl_add_by_path,
+    .failure_head = "添加内核模块[",
+    .function = "add_kmod_by_file",
+    .failure_log = "add kmod failed, file=%s, ret=%d",
 };
 constexpr list_change add_by_name = {
-    true,
-    "模块[",
-    "]已添加内核模块防卸载, 无需重复添加!",
-    orvex_scene_kmodctl_add_by_name,
-    "添加内核模块[",
-    "add_kmod_by_name",
-    "add kmod failed, name=%s, ret=%d",
+    .is_listed_when_done = true,
+    .done_head = "模块[",
+    .done_tail = "]已添加内核模块防卸载, 无需重复添加!",
+    .call = orvex_scene_kmodctl_add_by_name,
+    .failure_head = "添加内核模块[",
+    .function = "add_kmod_by_name",
+    .failure_log = "add kmod failed, name=%s, ret=%d",
 };
 constexpr list_change delete_by_file = {
-    false,
-    "文件[",
-    "]未添加内核模块防卸载, 无需删除!",
-    orvex_scene_kmodctl_remove_by_path,
-    "删除内核模块[",
-    "del_kmod_by_file",
-    "del kmod failed, file=%s, ret=%d",
+    .is_listed_when_done = false,
+    .done_head = "文件[",
+    .done_tail = "]未添加内核模块防卸载, 无需删除!",
+    .call = orvex_scene_kmodctl_remove_by_path,
+    .failure_head = "删除内核模块[",
+    .function = "del_kmod_by_file",
+    .failure_log = "del kmod failed, file=%s, ret=%d",
 };
 constexpr list_change delete_by_name = {
-    false,
-    "模块[",
-    "]未添加内核模块防卸载, 无需删除!",
-    orvex_scene_kmodctl_remove_by_name,
-    "删除内核模块[",
-    "del_kmod_by_name",
-    "del kmod failed, name=%s, ret=%d",
+    .is_listed_when_done = false,
+    .done_head = "模块[",
+    .done_tail = "]未添加内核模块防卸载, 无需删除!",
+    .call = orvex_scene_kmodctl_remove_by_name,
+    .failure_head = "删除内核模块[",
+    .function = "del_kmod_by_name",
+    .failure_log = "del kmod failed, name=%s, ret=%d",
 };
 
 /// Changes the list for `text`, a path or a name just as the user typed it.
@@ -63,12 +66,12 @@ int change_list(const list_change& how, const std::string& text, bool is_listed)
         print_line(how.done_head, text, how.done_tail);
         return 0;
     }
-    const int ret = how.change(text.c_str());
+    const int ret = how.call(text.c_str());
     if (ret == 0) {
         return 0;
     }
     print_line(how.failure_head, text, "]防卸载失败!");
-    orvex_log(orvex_log_level_failure, "kmod", how.function, how.log_format, text.c_str(), ret);
+    log_failure({.tag = "kmod", .function = how.function}, how.failure_log, text.c_str(), ret);
     return -1;
 }
 
@@ -79,15 +82,15 @@ bool COrvexKmod::check_kmod_is_add_by_name(const std::string& name) {
 }
 
 bool COrvexKmod::check_kmod_is_add_by_file(const std::string& path) {
-    const std::optional<std::string> absolute_path = take_text(get_absolute_path_of_file(path));
+    const std::optional<std::string> absolute_path = take_text(get_absolute_file(path));
     if (!absolute_path) {
         return false;
     }
     const owned_text name(orvex_scene_get_module_name_from_ko_path(absolute_path->c_str()));
     if (name == nullptr) {
         print_line("通过内核模块文件[", path, "]获取模块名称失败!");
-        orvex_log(orvex_log_level_failure, "kmod", "check_kmod_is_add_by_file",
-                  "get kmod name by kmod file failed, path: %s", path.c_str());
+        log_failure({.tag = "kmod", .function = "check_kmod_is_add_by_file"},
+                    "get kmod name by kmod file failed, path: %s", path.c_str());
         return false;
     }
     return check_kmod_is_add_by_name(name.get());

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Policies of packages. An add fails on a negative result only, an update or a removal on anything but 0.
+#include "framework/failure_log.h"
 #include "framework/output.h"
 #include "modules/net/net_pieces.h"
 
@@ -21,7 +22,8 @@ int deny_pkg(COrvexNet& module, const std::string& pkg, const char* function) {
     const int ret = add_pkg_policy(module, pkg, netctl_deny);
     if (ret < 0) {
         print_line("软件包[", pkg, "]添加网络管控失败!");
-        log_net_failure(function, "add netctl failed, pkgName: %s, ret: %d", pkg.c_str(), ret);
+        log_failure({.tag = net_tag, .function = function}, "add netctl failed, pkgName: %s, ret: %d", pkg.c_str(),
+                    ret);
         return -1;
     }
     return 0;
@@ -35,7 +37,8 @@ int remove_pkg_policy(const std::string& pkg, const char* function) {
     const int ret = orvex_netctl_pkg_remove(policy_uid, pkg.c_str());
     if (ret != 0) {
         print_line("删除软件包[", pkg, "]联网管控失败!");
-        log_net_failure(function, "del netctl failed, pkgName: %s, ret: %d", pkg.c_str(), ret);
+        log_failure({.tag = net_tag, .function = function}, "del netctl failed, pkgName: %s, ret: %d", pkg.c_str(),
+                    ret);
     }
     return ret;
 }
@@ -58,7 +61,8 @@ int COrvexNet::update_net_policy_by_pkg(const std::string& pkg, const std::int32
     const int ret = update_pkg_policy(std::move(record), status);
     if (ret != 0) {
         print_line("更新软件包[", pkg, "]管控状态失败!");
-        log_net_failure("update_net_policy_by_pkg", "update netctl failed, pkgName: %s, ret: %d", pkg.c_str(), ret);
+        log_failure({.tag = net_tag, .function = "update_net_policy_by_pkg"},
+                    "update netctl failed, pkgName: %s, ret: %d", pkg.c_str(), ret);
         return -1;
     }
     return 0;

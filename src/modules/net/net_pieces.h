@@ -6,8 +6,10 @@
 
 #include "framework/owned.h"
 #include "modules/net/net_module.h"
-#include "service/log.h"
 #include "service/netctl.h"
+
+/// The tag of this module's records in the log.
+inline constexpr const char* net_tag = "netctl";
 
 /// The user whom all policies of this program belong to, whoever runs it.
 inline constexpr std::uint32_t policy_uid = 0;
@@ -18,12 +20,6 @@ inline constexpr std::int32_t policy_tag = 2;
 /// Records, one or a contiguous array of them.
 using owned_pkg_records = owned_memory<netctl_pkg_record>;
 using owned_ext_records = owned_memory<netctl_ext_record>;
-
-/// Writes a record of a failed call to the framework's log.
-template <class... Arguments>
-void log_net_failure(const char* function, const char* format, Arguments... arguments) {
-    orvex_log(orvex_log_level_failure, "netctl", function, format, arguments...);
-}
 
 /// Returns the policy of the package `pkg`, or null.
 owned_pkg_records read_pkg_policy(const std::string& pkg);

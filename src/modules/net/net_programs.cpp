@@ -4,6 +4,7 @@
 // anything but 0.
 #include <optional>
 
+#include "framework/failure_log.h"
 #include "framework/output.h"
 #include "framework/path_checks.h"
 #include "modules/net/net_pieces.h"
@@ -22,20 +23,14 @@ int remove_program_policy(const std::string& path, const char* function) {
     const int ret = orvex_netctl_remove(policy_uid, path.c_str());
     if (ret != 0) {
         print_line("删除程序[", path, "]联网管控失败!");
-        log_net_failure(function, "del netctl failed, path: %s, ret: %d", path.c_str(), ret);
+        log_failure({.tag = net_tag, .function = function}, "del netctl failed, path: %s, ret: %d", path.c_str(), ret);
     }
     return ret;
 }
 
 /// Tells that there is nothing to update. The text speaks of the program also where the policy would be its package's.
-int report_no_policy(const std::string& path) {
+void print_no_policy(const std::string& path) {
     print_line("程序[", path, "]的联网管控策略不存在, 请先添加!");
-    return 0;
-}
-
-std::optional<std::string> to_absolute(const std::string& path) {
-    const owned_text absolute_path = get_absolute_path_of_file(path);
-    return absolute_path == nullptr ? std::nullopt : std::optional<std::string>(absolute_path.get());
 }
 
 /// Returns the absolute form of an existing file, or nothing, with a line.
@@ -43,7 +38,7 @@ std::optional<std::string> resolve_file(const std::string& path) {
     if (refuse_missing(path_kind::file, path) || refuse_other_kind(path_kind::file, path, path)) {
         return std::nullopt;
     }
-    return to_absolute(path);
+    return take_text(get_absolute_file(path));
 }
 
 /// Returns the absolute form of a file that may be gone, or nothing, with a line. An absolute path is taken untested.
@@ -59,7 +54,7 @@ std::optional<std::string> resolve_file_to_delete(COrvexNet& module, const std::
     if (refuse_other_kind(path_kind::file, path, path)) {
         return std::nullopt;
     }
-    return to_absolute(path);
+    return take_text(get_absolute_file(path));
 }
 
 /// Adds a record that denies for a file of no package. The lines and the log show `path`, as the user typed it.
@@ -69,7 +64,8 @@ int deny_program(const std::string& path, const std::string& absolute_path) {
     const int ret = orvex_netctl_ext_add(policy_uid, program, netctl_deny, program, nullptr, nullptr, policy_tag);
     if (ret < 0) {
         print_line("程序[", path, "]添加网络管控失败!");
-        log_net_failure("add_net_policy_by_file", "add netctl failed, path: %s, ret: %d", path.c_str(), ret);
+        log_failure({.tag = net_tag, .function = "add_net_policy_by_file"}, "add netctl failed, path: %s, ret: %d",
+                    path.c_str(), ret);
         return -1;
     }
     return 0;
@@ -83,7 +79,8 @@ int update_program(const std::string& path, owned_ext_records record, std::int32
     record.reset();
     if (ret != 0) {
         print_line("更新程序[", path, "]的联网管控状态失败!");
-        log_net_failure("update_net_policy_by_file", "update netctl failed, file: %s, ret: %d", path.c_str(), ret);
+        log_failure({.tag = net_tag, .function = "update_net_policy_by_file"},
+                    "update netctl failed, file: %s, ret: %d", path.c_str(), ret);
         return -1;
     }
     return 0;
@@ -95,8 +92,8 @@ int update_owner(const std::string& absolute_path, const std::string& owner, own
     const int ret = update_pkg_policy(std::move(record), status);
     if (ret != 0) {
         print_line("更新文件[", absolute_path, "]对应软件包[", owner, "]的网络管控策略失败!");
-        log_net_failure("update_net_policy_by_file", "update netctl failed, file: %s, pkgName: %s, ret: %d",
-                        absolute_path.c_str(), owner.c_str(), ret);
+        log_failure({.tag = net_tag, .function = "update_net_policy_by_file"},
+                    "update netctl failed, file: %s, pkgName: %s, ret: %d", absolute_path.c_str(), owner.c_str(), ret);
         return -1;
     }
     return 0;
@@ -107,8 +104,8 @@ int move_to_owner(COrvexNet& module, const std::string& absolute_path, const std
     const int ret = add_pkg_policy(module, owner, status);
     if (ret < 0) {
         print_line("添加文件[", absolute_path, "]对应软件包[", owner, "]的网络管控策略失败!");
-        log_net_failure("update_net_policy_by_file", "add netctl failed, file: %s, pkgName: %s, ret: %d",
-                        absolute_path.c_str(), owner.c_str(), ret);
+        log_failure({.tag = net_tag, .function = "update_net_policy_by_file"},
+                    "add netctl failed, file: %s, pkgName: %s, ret: %d", absolute_path.c_str(), owner.c_str(), ret);
         return -1;
     }
     return 0;
@@ -154,19 +151,25 @@ int COrvexNet::update_net_policy_by_file(const std::string& path, const std::int
         return -1;
     }
     owned_ext_records record = read_program_policy(*absolute_path);
+    const bool has_record = record != nullptr;
     const std::string owner = get_pkg_by_file(*absolute_path);
-    if (owner.empty()) {
-        return record == nullptr ? report_no_policy(path) : update_program(path, std::move(record), status);
+    if (owner.empty() && has_record) {
+        return update_program(path, std::move(record), status);
     }
-    if (record != nullptr) {
-        // A failure is told and does not stop the update.
-        remove_program_policy(*absolute_path, "update_net_policy_by_file");
+    if (!owner.empty()) {
+        if (has_record) {
+            // A failure is told and does not stop the update.
+            remove_program_policy(*absolute_path, "update_net_policy_by_file");
+        }
+        if (owned_pkg_records pkg_record = read_pkg_policy(owner)) {
+            return update_owner(*absolute_path, owner, std::move(pkg_record), status);
+        }
+        if (has_record) {
+            return move_to_owner(*this, *absolute_path, owner, status);
+        }
     }
-    owned_pkg_records pkg_record = read_pkg_policy(owner);
-    if (pkg_record != nullptr) {
-        return update_owner(*absolute_path, owner, std::move(pkg_record), status);
-    }
-    return record == nullptr ? report_no_policy(path) : move_to_owner(*this, *absolute_path, owner, status);
+    print_no_policy(path);
+    return 0;
 }
 
 int COrvexNet::del_net_policy_by_file(const std::string& path) {

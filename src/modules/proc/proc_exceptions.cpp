@@ -15,50 +15,49 @@
 namespace {
 
 // The second field of the four log formats is "&s" and no conversion; the arguments are passed all the same.
+using except_log = log_format<const char*, const char*, int>;
+
 constexpr exception_words file_words = {
-    "proc",
-    "set_proc_except_policy",
-    "进程[",
-    "]未添加例外程序[",
-    "]不在防杀死保护列表中, 请先添加进程防杀死!",
-    "添加防杀死进程[",
-    "删除防杀死进程[",
-    "add proc except failed, file = %s, except = &s, ret = %d",
-    "del proc except failed, file = %s, except = &s, ret = %d",
+    .source = {.tag = "proc", .function = "set_proc_except_policy"},
+    .object_head = "进程[",
+    .absent_middle = "]未添加例外程序[",
+    .not_protected_tail = "]不在防杀死保护列表中, 请先添加进程防杀死!",
+    .add_failure_head = "添加防杀死进程[",
+    .remove_failure_head = "删除防杀死进程[",
+    .add_log = except_log::unchecked("add proc except failed, file = %s, except = &s, ret = %d"),
+    .remove_log = except_log::unchecked("del proc except failed, file = %s, except = &s, ret = %d"),
 };
 constexpr exception_words pid_words = {
-    "proc",
-    "set_proc_except_policy_by_pid",
-    "进程[",
+    .source = {.tag = "proc", .function = "set_proc_except_policy_by_pid"},
+    .object_head = "进程[",
     // One character more than by path; both stay.
-    "]未添加了例外程序[",
-    "]不在防杀死保护列表中, 请先添加进程防杀死!",
-    "添加防杀死进程[",
-    "删除防杀死进程[",
-    "add proc except failed, pid = %s, except = &s, ret = %d",
-    "del proc except failed, pid = %s, except = &s, ret = %d",
+    .absent_middle = "]未添加了例外程序[",
+    .not_protected_tail = "]不在防杀死保护列表中, 请先添加进程防杀死!",
+    .add_failure_head = "添加防杀死进程[",
+    .remove_failure_head = "删除防杀死进程[",
+    .add_log = except_log::unchecked("add proc except failed, pid = %s, except = &s, ret = %d"),
+    .remove_log = except_log::unchecked("del proc except failed, pid = %s, except = &s, ret = %d"),
 };
 
-/// Replaces each piece by the real path of a file or a directory, or by nothing, with its line, where it is refused.
-void resolve_paths(COrvexProc& module, path_kind kind, std::vector<std::string>& pieces) {
-    for (std::string& piece : pieces) {
-        const owned_text path = get_existing_real_path(kind, module.expand_tilde(piece));
-        piece = path == nullptr ? std::string() : std::string(path.get());
+/// Returns for each piece the real path of a file or a directory, or nothing, with its line, where it is refused.
+std::vector<std::string> resolve_paths(COrvexProc& module, path_kind kind, const std::vector<std::string>& pieces) {
+    std::vector<std::string> paths;
+    for (const std::string& piece : pieces) {
+        paths.push_back(take_text(get_existing_real_path(kind, module.expand_tilde(piece))).value_or(std::string()));
     }
+    return paths;
 }
 
 /// Returns the exceptions that the list `objects` stands for, with empty ones where one was refused; or nothing where
 /// the whole call is refused. The same rules hold for an add and for a delete.
 std::optional<std::vector<std::string>> resolve_exceptions(COrvexProc& module, std::int32_t kind,
                                                            const std::string& objects) {
-    std::vector<std::string> exceptions = module.split_string(objects, ':');
+    const std::vector<std::string> exceptions = module.split_string(objects, ':');
     switch (kind) {
         case orvex_kind_file:
-            resolve_paths(module, path_kind::file, exceptions);
-            return exceptions;
+            return resolve_paths(module, path_kind::file, exceptions);
         case orvex_kind_dir:
-            resolve_paths(module, path_kind::dir, exceptions);
-            return exceptions;
+            return resolve_paths(module, path_kind::dir, exceptions);
         case orvex_kind_pkg:
             if (refuse_missing_pkgs(module, exceptions)) {
                 return std::nullopt;
@@ -88,11 +87,11 @@ int COrvexProc::set_proc_except_policy(const std::int32_t& first_kind, const std
     if (!exceptions) {
         return -1;
     }
-    const shown_object shown = {path, first_object, path, first_object};
+    const shown_object shown = {.needless = path, .not_protected = first_object, .failure = path, .log = first_object};
     const auto call =
         action == action_add ? orvex_scene_taskctl_exception_multi_add : orvex_scene_taskctl_exception_multi_remove;
     return change_exceptions(
-        file_words, shown, {*exceptions, except_object, action},
+        file_words, shown, {.exceptions = *exceptions, .argument = except_object, .action = action},
         [&](const std::string& exception) { return is_proc_except_in_policy(path, exception); },
         [&](text_batch& chosen) { return call(first_kind, path.c_str(), except_kind, chosen.data(), chosen.count()); });
 }
@@ -107,11 +106,12 @@ int COrvexProc::set_proc_except_policy_by_pid(const std::string& pid, const std:
     if (!exceptions) {
         return -1;
     }
-    const shown_object shown = {std::to_string(program->pid), pid, pid, pid};
+    const shown_object shown = {
+        .needless = std::to_string(program->pid), .not_protected = pid, .failure = pid, .log = pid};
     const auto call = action == action_add ? orvex_scene_taskctl_exception_multi_add_by_pid
                                            : orvex_scene_taskctl_exception_multi_remove_by_pid;
     return change_exceptions(
-        pid_words, shown, {*exceptions, except_object, action},
+        pid_words, shown, {.exceptions = *exceptions, .argument = except_object, .action = action},
         [&](const std::string& exception) { return is_proc_except_in_policy(program->path, exception); },
         [&](text_batch& chosen) { return call(program->pid, except_kind, chosen.data(), chosen.count()); });
 }

@@ -11,33 +11,35 @@
 
 namespace {
 
-constexpr wanted_state_tails tails = {"]已存在进程防杀死列表中, 无需重复添加!", "]不在进程防杀死列表中, 无需删除!"};
+constexpr wanted_state_tails tails = {
+    .already_listed = "]已存在进程防杀死列表中, 无需重复添加!",
+    .not_listed = "]不在进程防杀死列表中, 无需删除!",
+};
 
 constexpr protection_words<char*> file_words = {
-    "proc",
-    "set_proc_policy_by_file",
-    orvex_scene_taskctl_multi_add_by_path,
-    "设置进程防杀死失败",
-    "add proc ctl failed, path: %s, ret: %d",
-    orvex_scene_taskctl_multi_remove_by_path,
-    "删除进程防杀死失败",
-    "del proc ctl failed, path: %s, ret: %d",
-    [](char* path) { return orvex_scene_taskctl_exception_clear_resource_policy(path); },
-    "删除防杀死进程[",
-    "del proc ctl file to all except failed, path: %s, ret: %d",
+    .source = {.tag = "proc", .function = "set_proc_policy_by_file"},
+    .add = orvex_scene_taskctl_multi_add_by_path,
+    .add_failure = "设置进程防杀死失败",
+    .add_log = "add proc ctl failed, path: %s, ret: %d",
+    .remove = orvex_scene_taskctl_multi_remove_by_path,
+    .remove_failure = "删除进程防杀死失败",
+    .remove_log = "del proc ctl failed, path: %s, ret: %d",
+    .clear = [](char* path) { return orvex_scene_taskctl_exception_clear_resource_policy(path); },
+    .clear_failure_head = "删除防杀死进程[",
+    .clear_log = "del proc ctl file to all except failed, path: %s, ret: %d",
 };
 constexpr protection_words<std::int32_t> pid_words = {
-    "proc",
-    "set_proc_policy_by_pid",
-    orvex_scene_taskctl_multi_add_by_pid,
-    "设置进程防杀死失败",
-    "add proc ctl failed, pid: %s, ret: %d",
-    orvex_scene_taskctl_multi_remove_by_pid,
-    "删除进程防杀死失败",
-    "del proc ctl failed, pid: %s, ret: %d",
-    orvex_scene_taskctl_exception_clear_resource_policy_by_pid,
-    "删除防杀死进程[",
-    "del proc ctl pid to all except failed, pid: %s, ret: %d",
+    .source = {.tag = "proc", .function = "set_proc_policy_by_pid"},
+    .add = orvex_scene_taskctl_multi_add_by_pid,
+    .add_failure = "设置进程防杀死失败",
+    .add_log = "add proc ctl failed, pid: %s, ret: %d",
+    .remove = orvex_scene_taskctl_multi_remove_by_pid,
+    .remove_failure = "删除进程防杀死失败",
+    .remove_log = "del proc ctl failed, pid: %s, ret: %d",
+    .clear = orvex_scene_taskctl_exception_clear_resource_policy_by_pid,
+    .clear_failure_head = "删除防杀死进程[",
+    // The process id goes out as a number although the format says %s.
+    .clear_log = log_format<std::int32_t, int>::unchecked("del proc ctl pid to all except failed, pid: %s, ret: %d"),
 };
 
 bool refuse_blacklisted(const char* path) {
@@ -55,12 +57,12 @@ int COrvexProc::set_proc_policy_by_file(const std::string& paths, const int& act
     for (const std::string& piece : split_string(paths, ':')) {
         owned_text path = get_existing_real_path(path_kind::file, expand_tilde(piece));
         if (path == nullptr || refuse_blacklisted(path.get()) ||
-            is_in_wanted_state(tails, action, is_proc_in_policy(path.get()), "文件[", path.get())) {
+            refuse_needless_change(tails, action, is_proc_in_policy(path.get()), "文件[", path.get())) {
             continue;
         }
         accepted.add(std::move(path));
     }
-    return change_protection(file_words, action, paths.c_str(), accepted.data(), accepted.count());
+    return change_protection(file_words, action, paths, accepted.texts());
 }
 
 int COrvexProc::set_proc_policy_by_pid(const std::string& pids, const int& action) {
@@ -68,13 +70,13 @@ int COrvexProc::set_proc_policy_by_pid(const std::string& pids, const int& actio
     for (const std::string& piece : split_string(pids, ':')) {
         // The blacklist belongs to the paths alone: by its process id a blacklisted program can be named.
         const std::optional<running_program> program = find_running_program(*this, piece);
-        if (!program || is_in_wanted_state(tails, action, is_proc_in_policy(program->path), "进程[", program->pid,
-                                           "]对应路径[", program->path)) {
+        if (!program || refuse_needless_change(tails, action, is_proc_in_policy(program->path), "进程[", program->pid,
+                                               "]对应路径[", program->path)) {
             continue;
         }
         accepted.push_back(program->pid);
     }
-    return change_protection(pid_words, action, pids.c_str(), accepted.data(), static_cast<int>(accepted.size()));
+    return change_protection(pid_words, action, pids, std::span(accepted));
 }
 
 bool COrvexProc::is_proc_in_policy(const std::string& path) {

@@ -13,9 +13,9 @@ struct role {
     std::int32_t user_type;
     const char* label;
 };
-constexpr role root_role = {0, "root"};
-constexpr role secadm_role = {1, "secadm"};
-constexpr role auditadm_role = {2, "auditadm"};
+constexpr role root_role = {.user_type = 0, .label = "root"};
+constexpr role secadm_role = {.user_type = 1, .label = "secadm"};
+constexpr role auditadm_role = {.user_type = 2, .label = "auditadm"};
 
 constexpr const char* no_role_label = "none";
 

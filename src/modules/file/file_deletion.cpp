@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "modules/file/file_release.h"
+#include "modules/file/file_deletion.h"
 
 #include "framework/output.h"
 #include "service/paths.h"
 
-owned_text get_path_to_release(COrvexBase& module, path_kind kind, const std::string& path, const char* advice) {
+owned_text get_path_to_delete(COrvexBase& module, path_kind kind, const std::string& path, const char* advice) {
     if (path_is_exist(path.c_str()) == 1) {
         return get_real_path(kind, path);
     }
