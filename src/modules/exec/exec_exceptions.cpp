@@ -16,13 +16,10 @@
 
 namespace {
 
-/// One way to change the exceptions: the call, and how its failure is told. The user's whole argument stands between
-/// the head and the tail of the line.
+/// One way to change the exceptions: the call, and how its failure is told.
 struct exception_call {
     int (*call)(char** objects, std::int64_t count);
-    const char* failure_head;
-    const char* failure_tail;
-    log_format<const char*, int> failure_log;
+    failure_words failure;
 };
 
 /// The add and the delete of one kind of object.
@@ -36,17 +33,17 @@ constexpr exception_calls file_calls = {
     .add =
         {
             .call = orvex_scene_exectl_multi_add_file_in_permissive,
-            .failure_head = "添加文件[",
-            .failure_tail = "]为例外程序失败!",
-            .failure_log = "set exectl except failed, path: %s, ret: %d",
+            .failure = {.head = "添加文件[",
+                        .tail = "]为例外程序失败!",
+                        .log = "set exectl except failed, path: %s, ret: %d"},
         },
     .remove =
         {
             .call = orvex_scene_exectl_multi_remove_file_from_permissive,
-            .failure_head = "删除文件[",
-            // The wording of the add, kept for the delete.
-            .failure_tail = "]为例外程序失败!",
-            .failure_log = "del exectl except failed, path: %s, ret: %d",
+            .failure = {.head = "删除文件[",
+                        // The wording of the add, kept for the delete.
+                        .tail = "]为例外程序失败!",
+                        .log = "del exectl except failed, path: %s, ret: %d"},
         },
 };
 constexpr exception_calls dir_calls = {
@@ -54,16 +51,16 @@ constexpr exception_calls dir_calls = {
     .add =
         {
             .call = orvex_scene_exectl_multi_add_file_in_permissive,
-            .failure_head = "添加目录[",
-            .failure_tail = "]下所有文件为例外程序失败!",
-            .failure_log = "set exectl except failed, path: %s, ret: %d",
+            .failure = {.head = "添加目录[",
+                        .tail = "]下所有文件为例外程序失败!",
+                        .log = "set exectl except failed, path: %s, ret: %d"},
         },
     .remove =
         {
             .call = orvex_scene_exectl_multi_remove_file_from_permissive,
-            .failure_head = "删除目录[",
-            .failure_tail = "]下所有文件的例外程序失败!",
-            .failure_log = "del exectl except failed, path: %s, ret: %d",
+            .failure = {.head = "删除目录[",
+                        .tail = "]下所有文件的例外程序失败!",
+                        .log = "del exectl except failed, path: %s, ret: %d"},
         },
 };
 constexpr exception_calls pkg_calls = {
@@ -71,16 +68,16 @@ constexpr exception_calls pkg_calls = {
     .add =
         {
             .call = orvex_scene_exectl_multi_add_package_in_permissive,
-            .failure_head = "添加软件包[",
-            .failure_tail = "]中所有例外程序失败!",
-            .failure_log = "set exectl except failed, pkg: %s, ret: %d",
+            .failure = {.head = "添加软件包[",
+                        .tail = "]中所有例外程序失败!",
+                        .log = "set exectl except failed, pkg: %s, ret: %d"},
         },
     .remove =
         {
             .call = orvex_scene_exectl_multi_remove_package_from_permissive,
-            .failure_head = "删除软件包[",
-            .failure_tail = "]中所有例外程序失败!",
-            .failure_log = "del exectl except failed, pkg: %s, ret: %d",
+            .failure = {.head = "删除软件包[",
+                        .tail = "]中所有例外程序失败!",
+                        .log = "del exectl except failed, pkg: %s, ret: %d"},
         },
 };
 
@@ -89,8 +86,8 @@ constexpr wanted_state_tails tails = {
     .not_listed = "]不在例外程序列表中, 无需删除!",
 };
 
-/// Makes one call for all objects that passed the tests. Without any of them, and for an action that is neither add nor
-/// delete, there is none.
+/// Makes one call for all objects that passed the tests; the line of a failure shows the user's whole argument. Without
+/// any of them, and for an action that is neither add nor delete, there is none.
 void make_call(const exception_calls& calls, int action, const std::string& argument, text_batch& batch) {
     if (batch.empty() || (action != action_add && action != action_delete)) {
         return;
@@ -98,8 +95,7 @@ void make_call(const exception_calls& calls, int action, const std::string& argu
     const exception_call& wanted = action == action_add ? calls.add : calls.remove;
     const int ret = wanted.call(batch.data(), batch.count());
     if (ret != 0) {
-        print_line(wanted.failure_head, argument, wanted.failure_tail);
-        log_failure(calls.source, wanted.failure_log, argument.c_str(), ret);
+        report_failure(calls.source, wanted.failure, argument, argument, ret);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "framework/failure_log.h"
 #include "framework/output.h"
 #include "framework/owned.h"
 #include "framework/path_checks.h"
@@ -69,4 +70,10 @@ std::string cut_last(std::string entry) {
     assert_not_empty(entry);
     entry.pop_back();
     return entry;
+}
+
+void report_failure(const log_source& source, const failure_words& words, const std::string& named,
+                    const std::string& logged, int ret) {
+    print_line(words.head, named, words.tail);
+    log_failure(source, words.log, logged.c_str(), ret);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "framework/failure_log.h"
 #include "framework/owned.h"
 
 /// Returns the absolute form of the file `path`, or null with a line: it has to exist and to be no directory. The type
@@ -31,3 +32,14 @@ bool ends_in_star(const std::string& entry);
 
 /// Returns `entry` without its last character. An empty one ends the program in the same assertion.
 std::string cut_last(std::string entry);
+
+/// How a failed call is told: the object that was named stands between the head and the tail of the line.
+struct failure_words {
+    const char* head;
+    const char* tail;
+    log_format<const char*, int> log;
+};
+
+/// Tells a failed call by a line with `named` and by a record of `source` with `logged` and the call's result.
+void report_failure(const log_source& source, const failure_words& words, const std::string& named,
+                    const std::string& logged, int ret);

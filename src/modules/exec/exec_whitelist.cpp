@@ -24,13 +24,6 @@ constexpr int whitelisted_intact = 1;
 constexpr int whitelisted_tampered = 2;
 constexpr int look_up_failed = -1;
 
-/// How a failed call is told: the object that was named stands between the head and the tail of the line.
-struct failure_words {
-    const char* head;
-    const char* tail;
-    log_format<const char*, int> log;
-};
-
 /// How an add and a delete of one kind of object fail.
 struct change_words {
     log_source source;
@@ -91,11 +84,10 @@ int change_dir(int action, const char* directory) {
     return action == action_delete ? orvex_scene_exectl_wlist_delete_by_dir(directory) : 0;
 }
 
-void report_failure(const change_words& words, int action, const std::string& named, const std::string& logged,
-                    int ret) {
-    const failure_words& failure = action == action_add ? words.add : words.remove;
-    print_line(failure.head, named, failure.tail);
-    log_failure(words.source, failure.log, logged.c_str(), ret);
+/// Tells a failed change of the kind of object that `words` speaks of.
+void report_change_failure(const change_words& words, int action, const std::string& named, const std::string& logged,
+                           int ret) {
+    report_failure(words.source, action == action_add ? words.add : words.remove, named, logged, ret);
 }
 
 /// Refuses the file at the absolute `path` where it is not subject to execution control, with a line. A link counts by
@@ -156,7 +148,7 @@ int COrvexExec::set_exec_policy_by_file(const std::string& paths, const int& act
     }
     const int ret = change_files(action, batch);
     if (ret < 0) {
-        report_failure(file_words, action, "", paths, ret);
+        report_change_failure(file_words, action, "", paths, ret);
     }
     return 0;
 }
@@ -174,7 +166,7 @@ int COrvexExec::set_exec_policy_by_dir(const std::string& paths, const int& acti
         // A failed call does not stop the list.
         const int ret = change_dir(action, absolute_path->c_str());
         if (ret < 0) {
-            report_failure(dir_words, action, path, *absolute_path, ret);
+            report_change_failure(dir_words, action, path, *absolute_path, ret);
         }
     }
     return 0;
@@ -204,7 +196,7 @@ int COrvexExec::set_exec_policy_by_pkg(const std::string& pkgs, const int& actio
     }
     const int ret = change_files(action, batch);
     if (ret < 0) {
-        report_failure(pkg_words, action, pkgs, pkgs, ret);
+        report_change_failure(pkg_words, action, pkgs, pkgs, ret);
     }
     return ret;
 }
