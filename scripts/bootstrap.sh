@@ -33,6 +33,7 @@ clang-format      clang-tools-extra
 clang-tidy        clang-tools-extra
 libclang-rt-dev   compiler-rt
 cppcheck          cppcheck
+iwyu              iwyu
 shellcheck        ShellCheck
 valgrind          valgrind
 hyperfine         hyperfine

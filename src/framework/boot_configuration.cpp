@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <cstddef>
 #include <fstream>
+#include <string>
 
 #include "framework/module_base.h"
 #include "framework/output.h"

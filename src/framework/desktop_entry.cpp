@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
+#include <glib-object.h>
 
+#include <list>
 #include <memory>
+#include <string>
 
 #include "framework/module_base.h"
 #include "framework/output.h"

@@ -2,7 +2,6 @@
 // What `file` and `proc` share in changing the exception programs of a protected object.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <map>
+#include <string>
+#include <vector>
+
 #include "framework/failure_log.h"
 #include "framework/framework_state.h"
 #include "framework/module_base.h"

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <map>
+#include <string>
+#include <vector>
+
 #include "framework/module_base.h"
 
 void COrvexBase::init_module_table() {

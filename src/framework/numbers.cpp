@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <sys/types.h>
+
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
+#include <string>
 
 #include "framework/module_base.h"
 

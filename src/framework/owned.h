@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <memory>  // IWYU pragma: export
 #include <optional>
 #include <span>
 #include <string>

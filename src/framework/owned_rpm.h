@@ -2,6 +2,7 @@
 #pragma once
 
 #include <rpm/rpmts.h>
+#include <rpm/rpmtypes.h>
 
 #include <memory>
 #include <type_traits>

@@ -2,15 +2,16 @@
 // The owner query. rpm's query prints its answer instead of returning it, so it runs in a forked child whose standard
 // output is a pipe. Whatever the child prints takes the road of an answer: its own error texts too.
 #include <popt.h>
+#include <rpm/argv.h>
 #include <rpm/rpmcli.h>
+#include <rpm/rpmts.h>
+#include <rpm/rpmtypes.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string>
 #include <type_traits>

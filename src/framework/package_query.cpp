@@ -1,11 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <rpm/header.h>
 #include <rpm/rpmdb.h>
 #include <rpm/rpmfi.h>
+#include <rpm/rpmfiles.h>
 #include <rpm/rpmlib.h>
+#include <rpm/rpmtag.h>
 #include <rpm/rpmts.h>
+#include <rpm/rpmtypes.h>
 
+#include <cstddef>
+#include <initializer_list>
+#include <list>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "framework/module_base.h"

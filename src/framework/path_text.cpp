@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "framework/module_base.h"
 #include "framework/output.h"

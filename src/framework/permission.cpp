@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <unistd.h>
 
+#include <string>
+
 #include "framework/module_base.h"
 #include "service/status.h"
 

@@ -2,9 +2,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <cstdint>
 #include <fstream>
-#include <sstream>
+#include <sstream>  // IWYU pragma: keep
 #include <stdexcept>
+#include <string>
 
 #include "framework/module_base.h"
 #include "framework/owned.h"

@@ -2,6 +2,9 @@
 #include "front/status_report.h"
 
 #include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
 
 #include "framework/module_base.h"
 #include "framework/output.h"

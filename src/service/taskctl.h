@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "service/object_kind.h"
+#include "service/object_kind.h"  // IWYU pragma: export
 
 /// The exception programs of one protected program.
 struct taskctl_exception_record {

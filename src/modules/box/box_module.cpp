@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "modules/box/box_module.h"
 
+#include <getopt.h>
+
 #include "framework/ladder.h"
 #include "framework/output.h"
 

@@ -4,6 +4,7 @@
 #include <list>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "framework/failure_log.h"
 #include "framework/output.h"

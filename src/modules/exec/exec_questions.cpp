@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // The questions that are asked of the exception lists. Each fetches its list anew.
+#include <string>
+
+#include "framework/owned.h"
 #include "modules/exec/exec_module.h"
 #include "modules/exec/exec_pieces.h"
 #include "service/exectl.h"

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "framework/module_base.h"
+#include "framework/owned.h"
 #include "framework/path_checks.h"
 
 /// Returns the path that a delete works on, or null with lines: the real path where `path` exists, else `path` as it

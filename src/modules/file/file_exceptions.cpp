@@ -1,10 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The programs that may still access a protected object.
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "framework/action.h"
 #include "framework/exception_change.h"
+#include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
+#include "framework/path_checks.h"
 #include "modules/file/file_deletion.h"
 #include "modules/file/file_module.h"
 #include "modules/file/file_records.h"

@@ -1,5 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // Protecting files, directories and packages, and ending their protection.
+#include <cstdint>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/action.h"
+#include "framework/failure_log.h"
+#include "framework/output.h"
+#include "framework/owned.h"
+#include "framework/path_checks.h"
 #include "framework/protection_change.h"
 #include "framework/wanted_state.h"
 #include "modules/file/file_deletion.h"

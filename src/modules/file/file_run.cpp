@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `file` and its help.
+#include <getopt.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
 #include "framework/action.h"
 #include "framework/ladder.h"
+#include "framework/module_base.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
 #include "modules/file/file_module.h"

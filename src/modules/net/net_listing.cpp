@@ -6,7 +6,10 @@
 #include <string_view>
 
 #include "framework/output.h"
+#include "framework/owned.h"
+#include "modules/net/net_module.h"
 #include "modules/net/net_pieces.h"
+#include "service/netctl.h"
 
 namespace {
 

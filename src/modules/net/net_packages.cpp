@@ -1,8 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // Policies of packages. An add fails on a negative result only, an update or a removal on anything but 0.
+#include <cstdint>
+#include <string>
+#include <utility>
+
 #include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
+#include "modules/net/net_module.h"
 #include "modules/net/net_pieces.h"
+#include "service/netctl.h"
 
 owned_pkg_records read_pkg_policy(const std::string& pkg) {
     return owned_pkg_records(orvex_netctl_pkg_read_node_with_uid(policy_uid, pkg.c_str()));

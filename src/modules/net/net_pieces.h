@@ -2,6 +2,7 @@
 // What the operations of `net` share in talking to the service library.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "framework/owned.h"

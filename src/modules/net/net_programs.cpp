@@ -2,12 +2,18 @@
 // Policies of program files. A file that a package owns is served through the package's policy; a record of its own
 // that still stands for it is removed on the way. An add fails on a negative result only, an update or a removal on
 // anything but 0.
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
 #include "framework/path_checks.h"
+#include "modules/net/net_module.h"
 #include "modules/net/net_pieces.h"
+#include "service/netctl.h"
 #include "service/paths.h"
 
 namespace {

@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `net` and its help.
+#include <getopt.h>
+
+#include <cstdint>
 #include <iostream>
+#include <optional>
+#include <string>
 
 #include "framework/action.h"
 #include "framework/ladder.h"
+#include "framework/module_base.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
 #include "modules/net/net_module.h"

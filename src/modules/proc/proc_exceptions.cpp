@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
 // The programs that may kill a protected program all the same. The blacklist is not asked here.
+#include <cstdint>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "framework/action.h"
 #include "framework/exception_change.h"
+#include "framework/failure_log.h"
 #include "framework/output.h"
+#include "framework/owned.h"
 #include "framework/path_checks.h"
 #include "modules/proc/proc_module.h"
 #include "modules/proc/proc_program.h"
 #include "modules/proc/proc_records.h"
-#include "service/paths.h"
 #include "service/taskctl.h"
 
 namespace {

@@ -1,5 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 // Protecting programs, by path and by running process, and ending their protection.
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "framework/failure_log.h"
+#include "framework/output.h"
 #include "framework/owned.h"
 #include "framework/path_checks.h"
 #include "framework/protection_change.h"

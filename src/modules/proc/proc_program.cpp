@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "modules/proc/proc_program.h"
 
+#include <cstdint>
+#include <exception>
 #include <stdexcept>
 
 #include "framework/output.h"

@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // The look-up of role labels. A single file stops at the first role found, a batch shows the last one; the two differ
 // on purpose.
+#include <cstdint>
+#include <initializer_list>
+#include <list>
+#include <optional>
+#include <string>
+
 #include "framework/output.h"
 #include "framework/owned.h"
 #include "modules/userid/userid_module.h"

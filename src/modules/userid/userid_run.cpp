@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // The command line of `userid` and its help.
+#include <getopt.h>
+
+#include <optional>
+#include <string>
+
 #include "framework/ladder.h"
+#include "framework/module_base.h"
 #include "framework/option_loop.h"
 #include "framework/output.h"
 #include "framework/path_checks.h"
