@@ -66,7 +66,7 @@ framework_state read_states() {
 }
 
 void set_secret_scene(bool is_on) {
-    change("UPDATE framework SET secret_scene = ?", {std::int64_t{is_on}});
+    change("UPDATE framework SET secret_scene = ?", {std::int64_t{is_on ? 1 : 0}});
 }
 
 void switch_module(int module, int status) {

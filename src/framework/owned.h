@@ -58,10 +58,15 @@ public:
     /// The array itself, for an operation that takes one.
     char** data() { return entries_.get(); }
 
-    /// Tells whether an entry equals `text` byte for byte, in length too. Null entries are skipped; the first match
-    /// ends the search.
+    /// Tells whether an entry passes the `test`. Null entries are skipped; the first match ends the search.
+    template <class Test>
+    bool has_any(Test test) const {
+        return std::any_of(begin(), end(), [&](const char* entry) { return entry != nullptr && test(entry); });
+    }
+
+    /// Tells whether an entry equals `text` byte for byte, in length too.
     bool contains(const std::string& text) const {
-        return std::any_of(begin(), end(), [&](const char* entry) { return entry != nullptr && text == entry; });
+        return has_any([&](const char* entry) { return text == entry; });
     }
 
     /// Shows every entry to `look`, in the library's order, null ones among them, and gives each one back as soon as it

@@ -40,16 +40,8 @@ bool COrvexExec::is_file_excepted_from(const std::string& path, const int& sourc
         }
     }
     const owned_list files(orvex_scene_exectl_get_policy_for_file_permissive);
-    for (const char* entry : files) {
-        if (entry == nullptr) {
-            continue;
-        }
-        // In a directory walk the directory has been asked about already: only the file itself counts.
-        if (source == source_dir ? path == entry : covers(entry, path)) {
-            return true;
-        }
-    }
-    return false;
+    // In a directory walk the directory has been asked about already: only the file itself counts.
+    return files.has_any([&](const char* entry) { return source == source_dir ? path == entry : covers(entry, path); });
 }
 
 bool COrvexExec::is_file_in_except_list(const std::string& path) {
@@ -58,12 +50,7 @@ bool COrvexExec::is_file_in_except_list(const std::string& path) {
 
 bool COrvexExec::is_dir_in_except_list(const std::string& path) {
     const owned_list files(orvex_scene_exectl_get_policy_for_file_permissive);
-    for (const char* entry : files) {
-        if (entry != nullptr && path == cut_star(entry)) {
-            return true;
-        }
-    }
-    return false;
+    return files.has_any([&](const char* entry) { return path == cut_star(entry); });
 }
 
 bool COrvexExec::has_except_dir(const std::string& path) {

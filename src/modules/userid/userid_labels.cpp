@@ -36,12 +36,8 @@ public:
 
     /// Tells whether `path` is among them. The first one that matches ends the search.
     bool hold(const std::string& path) const {
-        for (const char* labelled : paths_) {
-            if (labelled != nullptr && (path == labelled || path_is_same(labelled, path.c_str()) == 1)) {
-                return true;
-            }
-        }
-        return false;
+        return paths_.has_any(
+            [&](const char* labelled) { return path == labelled || path_is_same(labelled, path.c_str()) == 1; });
     }
 
 private:
