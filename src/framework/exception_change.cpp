@@ -38,8 +38,8 @@ text_batch choose_exceptions(const exception_words& words, const shown_object& o
     return chosen;
 }
 
-void report_failure(const exception_words& words, const shown_object& object, const exception_request& request,
-                    int ret) {
+void report_exception_failure(const exception_words& words, const shown_object& object,
+                              const exception_request& request, int ret) {
     const bool is_add = request.action == action_add;
     // At a removal the same number is a failure like any other.
     if (is_add && ret == orvex_result_not_protected) {
@@ -73,7 +73,7 @@ int change_exceptions(const exception_words& words, const shown_object& object, 
     }
     const int ret = call(chosen);
     if (ret != 0) {
-        report_failure(words, object, request, ret);
+        report_exception_failure(words, object, request, ret);
     }
     return ret;
 }

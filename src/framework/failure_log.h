@@ -14,7 +14,7 @@ template <class... Arguments>
 class log_format {
 public:
     // Implicit, so that a format is written as the text that it is.
-    consteval log_format(const char* text) : text_(text) {  // NOLINT(google-explicit-constructor)
+    consteval log_format(const char* text) : text_(text) {
         if (!fits(text)) {
             throw "the format does not fit its arguments";
         }

@@ -29,7 +29,7 @@ inline owned_text copy_text(const std::string& text) {
 }
 
 /// Returns what `text` holds and gives its memory back at once. Null gives nothing.
-inline std::optional<std::string> take_text(owned_text text) {  // NOLINT(performance-unnecessary-value-param)
+inline std::optional<std::string> take_text(owned_text text) {
     return text == nullptr ? std::nullopt : std::optional<std::string>(text.get());
 }
 

@@ -32,7 +32,15 @@ struct option_context_deleter {
 using owned_option_context = std::unique_ptr<std::remove_pointer_t<poptContext>, option_context_deleter>;
 
 poptOption include_table(poptOption* table, const char* description) {
-    return {nullptr, '\0', POPT_ARG_INCLUDE_TABLE, table, 0, description, nullptr};
+    return {
+        .longName = nullptr,
+        .shortName = '\0',
+        .argInfo = POPT_ARG_INCLUDE_TABLE,
+        .arg = table,
+        .val = 0,
+        .descrip = description,
+        .argDescrip = nullptr,
+    };
 }
 
 /// Points standard error to `path`. The text of a failure goes the way of all the child's output.

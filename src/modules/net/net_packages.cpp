@@ -36,7 +36,7 @@ int deny_pkg(COrvexNet& module, const std::string& pkg, const char* function) {
     return 0;
 }
 
-int update_pkg_policy(owned_pkg_records record, std::int32_t status) {  // NOLINT(performance-unnecessary-value-param)
+int update_pkg_policy(owned_pkg_records record, std::int32_t status) {
     return orvex_netctl_pkg_update(policy_uid, record->name, status, record->icon, record->desktop, record->tag);
 }
 

@@ -74,17 +74,14 @@ public:
     }
 
     int act(int action) override {
-        switch (action) {
-            case action_add:
-                return add();
-            case action_update:
-                return update();
-            case action_delete:
-                return change(delete_operations);
-            default:
-                module_.list_net_policy();
-                return 0;
+        if (action == action_list) {
+            module_.list_net_policy();
+            return 0;
         }
+        if (action == action_update) {
+            return update();
+        }
+        return action == action_add ? add() : change(delete_operations);
     }
 
 private:

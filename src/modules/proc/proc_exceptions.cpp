@@ -46,6 +46,7 @@ constexpr exception_words pid_words = {
 /// Returns for each piece the real path of a file or a directory, or nothing, with its line, where it is refused.
 std::vector<std::string> resolve_paths(COrvexProc& module, path_kind kind, const std::vector<std::string>& pieces) {
     std::vector<std::string> paths;
+    paths.reserve(pieces.size());
     for (const std::string& piece : pieces) {
         paths.push_back(take_text(get_existing_real_path(kind, module.expand_tilde(piece))).value_or(std::string()));
     }

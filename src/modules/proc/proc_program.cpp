@@ -30,7 +30,7 @@ std::optional<running_program> find_running_program(COrvexBase& module, const st
         return std::nullopt;
     }
     try {
-        return running_program{*pid, module.get_path_by_pid(static_cast<std::uint32_t>(*pid))};
+        return running_program{.pid = *pid, .path = module.get_path_by_pid(static_cast<std::uint32_t>(*pid))};
     } catch (const std::exception& error) {
         print_line("获取进程[", *pid, "]的执行程序路径错误: ", error.what());
         return std::nullopt;
