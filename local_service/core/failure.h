@@ -4,9 +4,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <type_traits>
-
-#include "core/store.h"
 
 namespace local_service {
 
@@ -38,34 +35,5 @@ unsigned char* error_record() noexcept;
 /// caller. What is no refusal, but a fault of the stand-in or of its database, goes to the log as well where that is
 /// possible.
 int handle_failure(const char* function) noexcept;
-
-/// Runs `work` for the C function `function` and returns its result. No exception leaves: a failure becomes null where
-/// the result is a pointer, else the failure's number.
-template <class Work>
-auto guard(const char* function, Work work) noexcept -> decltype(work()) {
-    try {
-        return work();
-    } catch (...) {
-        const int code = handle_failure(function);
-        if constexpr (std::is_pointer_v<decltype(work())>) {
-            return nullptr;
-        } else {
-            return code;
-        }
-    }
-}
-
-/// Runs `work`, which changes the store, for the C function `function`: asks for the caller's rights first and makes
-/// one transaction of the whole. Returns 0, or the failure's number with nothing changed.
-template <class Work>
-int guard_change(const char* function, Work work) noexcept {
-    return guard(function, [&] {
-        require_rights();
-        transaction whole;
-        work();
-        whole.commit();
-        return 0;
-    });
-}
 
 }  // namespace local_service

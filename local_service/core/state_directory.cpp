@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <system_error>
 
 #include "core/failure.h"
 
@@ -52,6 +53,12 @@ std::string state_directory() {
         return state_home + "/orvex-local";
     }
     return home_directory() + "/.local/state/orvex-local";
+}
+
+void give_to(uid_t user, const std::string& path) {
+    if (geteuid() == 0 && chown(path.c_str(), user, static_cast<gid_t>(-1)) != 0 && errno != EINVAL && errno != EPERM) {
+        throw std::system_error(errno, std::generic_category(), "cannot set the owner of " + path);
+    }
 }
 
 }  // namespace local_service

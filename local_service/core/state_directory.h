@@ -18,4 +18,8 @@ inline constexpr const char* system_directory = "/var/lib/orvex-local";
 /// `$XDG_STATE_HOME`, which is ~/.local/state where it is not set. Throws a failure where there is no home either.
 std::string state_directory();
 
+/// Gives the file or directory `path` to `user`, where the caller is root. In a user namespace that user may not exist:
+/// then root keeps it.
+void give_to(uid_t user, const std::string& path);
+
 }  // namespace local_service

@@ -11,7 +11,7 @@
 namespace local_service {
 namespace {
 
-int read_number(const char* sql, values bound = {}) {
+int read_number(const char* sql, bound_values bound = {}) {
     query rows(sql, bound);
     if (!rows.next()) {
         throw failure("no such module");

@@ -31,13 +31,6 @@ constexpr mode_t database_mode = 0644;
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-/// Gives `path` to `user`, which only root can. In a user namespace that user may not exist: then root keeps it.
-void give_to(uid_t user, const std::string& path) {
-    if (geteuid() == 0 && chown(path.c_str(), user, static_cast<gid_t>(-1)) != 0 && errno != EINVAL && errno != EPERM) {
-        throw_system_error("cannot set the owner of " + path);
-    }
-}
-
 /// Root's store serves the security administrator as well, who is an ordinary user to the system.
 void prepare_directory(const std::string& directory) {
     if (std::filesystem::create_directories(directory) && directory == system_directory) {
@@ -153,11 +146,11 @@ connection& open_store() {
     return *current;
 }
 
-SQLite::Statement& prepare(const std::string& sql, values bound) {
+SQLite::Statement& prepare(const std::string& sql, bound_values bound) {
     connection& store = open_store();
     SQLite::Statement& statement = store.statements.try_emplace(sql, store.database, sql).first->second;
     int position = 0;
-    for (const value& item : bound) {
+    for (const bound_value& item : bound) {
         ++position;
         std::visit([&](const auto& plain) { statement.bind(position, plain); }, item);
     }
@@ -166,7 +159,7 @@ SQLite::Statement& prepare(const std::string& sql, values bound) {
 
 }  // namespace
 
-query::query(const std::string& sql, values bound) : statement_(prepare(sql, bound)) {}
+query::query(const std::string& sql, bound_values bound) : statement_(prepare(sql, bound)) {}
 
 query::~query() {
     statement_.tryReset();
@@ -184,7 +177,7 @@ std::int64_t query::number(int column) const {
     return statement_.getColumn(column).getInt64();
 }
 
-int change(const std::string& sql, values bound) {
+int change(const std::string& sql, bound_values bound) {
     SQLite::Statement& statement = prepare(sql, bound);
     try {
         const int changed = statement.exec();

@@ -17,14 +17,14 @@ class Statement;
 namespace local_service {
 
 /// What can be bound to a statement's question marks.
-using value = std::variant<std::int64_t, std::string>;
-using values = std::initializer_list<value>;
+using bound_value = std::variant<std::int64_t, std::string>;
+using bound_values = std::initializer_list<bound_value>;
 
 /// A statement that gives rows. It reads a consistent state from its first row to its end of life.
 class query {
 public:
     /// Prepares `sql`, or takes the prepared statement of an earlier use, and binds `bound` in order.
-    explicit query(const std::string& sql, values bound = {});
+    explicit query(const std::string& sql, bound_values bound = {});
     query(const query&) = delete;
     query& operator=(const query&) = delete;
     ~query();
@@ -41,7 +41,7 @@ private:
 };
 
 /// Runs a statement that gives no rows and returns how many rows it changed.
-int change(const std::string& sql, values bound = {});
+int change(const std::string& sql, bound_values bound = {});
 
 /// Makes one transaction of the changes up to `commit`; without it they are undone at the end of its life. Writers in
 /// other processes wait from the beginning on.

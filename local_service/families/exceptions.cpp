@@ -50,17 +50,11 @@ std::vector<named_object> objects_of(const given_exceptions& given) {
 
 void add_exceptions(const protection& family, const named_object& object, const given_exceptions& added) {
     require_protection(family, object);
-    const std::vector<named_object> exceptions = objects_of(added);
-    if (exceptions.empty()) {
-        return;
+    std::vector<stored_exception> exceptions;
+    for (const named_object& exception : objects_of(added)) {
+        exceptions.push_back({exception.kind, stored_form(exception)});
     }
-    const entry_list& excepted = objects_with_exceptions(family, object);
-    excepted.add(stored_form(object));
-    const std::int64_t owner = excepted.find(stored_form(object)).value();
-    for (const named_object& exception : exceptions) {
-        change("INSERT INTO exception (object, kind, text) VALUES (?, ?, ?) ON CONFLICT DO NOTHING",
-               {owner, std::int64_t{exception.kind}, stored_form(exception)});
-    }
+    put_exceptions(objects_with_exceptions(family, object), {stored_form(object), exceptions});
 }
 
 void remove_exceptions(const protection& family, const named_object& object, const given_exceptions& removed) {
@@ -88,20 +82,19 @@ void clear_exceptions(const protection& family, const named_object& object) {
 }
 
 std::vector<excepted_object> read_exceptions(const protection& family) {
-    std::vector<excepted_object> objects;
-    for (const entry_list& list : {family.excepted_paths, family.excepted_packages}) {
-        query rows(
-            "SELECT entry.id, entry.text, exception.text FROM entry JOIN exception ON object = entry.id "
-            "WHERE list = ? ORDER BY entry.id, exception.id",
-            {list.name()});
-        for (std::int64_t last = 0; rows.next(); last = rows.number(0)) {
-            if (rows.number(0) != last) {
-                objects.push_back({rows.text(1), {}});
-            }
-            objects.back().exceptions.push_back(rows.text(2));
-        }
+    std::vector<excepted_object> objects = read_exceptions(family.excepted_paths);
+    for (excepted_object& object : read_exceptions(family.excepted_packages)) {
+        objects.push_back(std::move(object));
     }
     return objects;
+}
+
+std::vector<std::string> texts_of(const excepted_object& object) {
+    std::vector<std::string> texts;
+    for (const stored_exception& exception : object.exceptions) {
+        texts.push_back(exception.text);
+    }
+    return texts;
 }
 
 }  // namespace local_service

@@ -1,41 +1,21 @@
 // SPDX-License-Identifier: Apache-2.0
-// The exceptions of file and process protection. They hang on an entry of their own for the object and not on its
-// protection: an object that is taken off the protection list keeps its exceptions until they are cleared.
+// The exceptions of file and process protection as their calls change and hand them out.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "core/entry_list.h"
+#include "core/exceptions.h"
 #include "core/heap.h"
+#include "core/trace.h"
 
 namespace local_service {
-
-/// The lists of one protection.
-struct protection {
-    entry_list paths;
-    entry_list packages;
-    entry_list excepted_paths;
-    entry_list excepted_packages;
-};
-
-inline constexpr protection file_protection{lists::protected_files, lists::protected_packages,
-                                            entry_list("file.excepted.path"), entry_list("file.excepted.package")};
-/// Process protection knows no packages: that list stays empty.
-inline constexpr protection process_protection{lists::protected_programs, entry_list("proc.package"),
-                                               entry_list("proc.excepted.path"), entry_list("proc.excepted.package")};
 
 /// An object, of one of the kinds of service/object_kind.h, as a caller names it.
 struct named_object {
     std::int32_t kind;
     std::string name;
-};
-
-/// An object as it is stored, with its exceptions as they are stored.
-struct excepted_object {
-    std::string resource;
-    std::vector<std::string> exceptions;
 };
 
 /// The exceptions of a call as its C function was given them.
@@ -60,6 +40,9 @@ void clear_exceptions(const protection& family, const named_object& object);
 /// Returns all objects with exceptions, paths before packages.
 std::vector<excepted_object> read_exceptions(const protection& family);
 
+/// Returns the texts of the exceptions of `object`.
+std::vector<std::string> texts_of(const excepted_object& object);
+
 /// Frees `count` records and what hangs on them. Null is allowed.
 template <class Record>
 void free_records(Record* records, std::uint64_t count) noexcept {
@@ -78,11 +61,21 @@ Record* hand_out_exceptions(const protection& family, std::uint64_t* count) {
     std::unique_ptr<Record[], decltype(free_all)> records(allocate<Record>(objects.size()), free_all);
     for (std::size_t index = 0; index < objects.size(); ++index) {
         records[index].resource = heap_text(objects[index].resource);
-        records[index].exceptions = heap_list(objects[index].exceptions);
+        records[index].exceptions = heap_list(texts_of(objects[index]));
         records[index].exception_count = objects[index].exceptions.size();
     }
     *count = objects.size();
     return records.release();
+}
+
+/// Writes `count` records.
+template <class Record>
+void write_records(value_writer& out, const Record* records, std::uint64_t count) {
+    out.write_array(records, static_cast<std::int64_t>(count), [&](const Record& record) {
+        out.write_object({{"resource", record.resource},
+                          {"exceptions", record.exceptions},
+                          {"exception_count", record.exception_count}});
+    });
 }
 
 }  // namespace local_service

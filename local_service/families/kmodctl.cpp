@@ -2,6 +2,7 @@
 // liborvex_scene_c: kernel modules that may not be unloaded.
 #include "service/kmodctl.h"
 
+#include "core/call.h"
 #include "core/elf_file.h"
 #include "core/entry_list.h"
 #include "core/failure.h"
@@ -31,25 +32,25 @@ void remove_module(const std::string& name) {
 }  // namespace
 
 char** orvex_scene_kmodctl_get_policy(std::uint64_t* count) {
-    return guard(__func__, [&] { return hand_out(lists::kernel_modules, count); });
+    return guard(__func__, {{"count", count}}, [&] { return hand_out(lists::kernel_modules, count); });
 }
 
 int orvex_scene_kmodctl_add_by_path(const char* path) {
-    return guard_change(__func__, [&] { add_module(read_module_name(given_text(path))); });
+    return guard_change(__func__, {{"path", path}}, [&] { add_module(read_module_name(given_text(path))); });
 }
 
 int orvex_scene_kmodctl_add_by_name(const char* name) {
-    return guard_change(__func__, [&] { add_module(given_text(name)); });
+    return guard_change(__func__, {{"name", name}}, [&] { add_module(given_text(name)); });
 }
 
 int orvex_scene_kmodctl_remove_by_path(const char* path) {
-    return guard_change(__func__, [&] { remove_module(read_module_name(given_text(path))); });
+    return guard_change(__func__, {{"path", path}}, [&] { remove_module(read_module_name(given_text(path))); });
 }
 
 int orvex_scene_kmodctl_remove_by_name(const char* name) {
-    return guard_change(__func__, [&] { remove_module(given_text(name)); });
+    return guard_change(__func__, {{"name", name}}, [&] { remove_module(given_text(name)); });
 }
 
 char* orvex_scene_get_module_name_from_ko_path(const char* path) {
-    return guard(__func__, [&] { return heap_text(read_module_name(given_text(path))); });
+    return guard(__func__, {{"path", path}}, [&] { return heap_text(read_module_name(given_text(path))); });
 }

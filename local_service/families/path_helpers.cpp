@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "core/call.h"
 #include "core/entry_list.h"
 #include "core/failure.h"
 #include "core/file_kind.h"
@@ -43,15 +44,15 @@ std::vector<std::string> list_regular_files(const std::string& directory) {
 }  // namespace
 
 int path_is_exist(const char* path) {
-    return guard(__func__, [&] { return is_present(given_text(path)) ? 1 : 0; });
+    return guard(__func__, {{"path", path}}, [&] { return is_present(given_text(path)) ? 1 : 0; });
 }
 
 int path_is_dir(const char* path) {
-    return guard(__func__, [&] { return is_directory(given_text(path)) ? 1 : 0; });
+    return guard(__func__, {{"path", path}}, [&] { return is_directory(given_text(path)) ? 1 : 0; });
 }
 
 int path_is_same(const char* path, const char* other) {
-    return guard(__func__, [&] {
+    return guard(__func__, {{"path", path}, {"other", other}}, [&] {
         const std::string first = given_text(path);
         const std::string second = given_text(other);
         return normalise_path(first) == normalise_path(second) || is_same_file(first, second) ? 1 : 0;
@@ -59,20 +60,20 @@ int path_is_same(const char* path, const char* other) {
 }
 
 char* get_absolute_path(const char* path) {
-    return guard(__func__, [&] { return heap_text(absolute_path(given_text(path))); });
+    return guard(__func__, {{"path", path}}, [&] { return heap_text(absolute_path(given_text(path))); });
 }
 
 char* pathNormalize(const char* path) {
-    return guard(__func__, [&] { return heap_text(standard_path(given_text(path))); });
+    return guard(__func__, {{"path", path}}, [&] { return heap_text(standard_path(given_text(path))); });
 }
 
 int parse_file_type(const char* path) {
-    return guard(__func__, [&] { return static_cast<int>(read_file_kind(given_text(path))); });
+    return guard(__func__, {{"path", path}}, [&] { return static_cast<int>(read_file_kind(given_text(path))); });
 }
 
 char** get_file_list_from_dir(const char* directory, int* count) {
     *count = 0;
-    return guard(__func__, [&] {
+    return guard(__func__, {{"directory", directory}, {"count", count}}, [&] {
         const std::vector<std::string> files = list_regular_files(given_text(directory));
         char** list = heap_list(files);
         *count = static_cast<int>(files.size());
@@ -81,5 +82,5 @@ char** get_file_list_from_dir(const char* directory, int* count) {
 }
 
 int ppro_path_in_blacklist(const char* path) {
-    return guard(__func__, [&] { return lists::blacklist.contains(given_text(path)) ? 1 : 0; });
+    return guard(__func__, {{"path", path}}, [&] { return lists::blacklist.contains(given_text(path)) ? 1 : 0; });
 }

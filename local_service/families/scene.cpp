@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "core/failure.h"
+#include "core/call.h"
 #include "core/states.h"
 #include "core/store.h"
 #include "service/status.h"
@@ -45,21 +45,23 @@ void gather(const pending_status& next, bool is_final) {
 }  // namespace
 
 int orvex_scene_getstatus(void) {
-    return guard(__func__, [] { return read_global_status(); });
+    return guard(__func__, {}, [] { return read_global_status(); });
 }
 
 int orvex_scene_get_sm_status(void) {
-    return guard(__func__, [] { return read_secret_scene(); });
+    return guard(__func__, {}, [] { return read_secret_scene(); });
 }
 
 int orvex_scene_get_module_status(int module) {
-    return guard(__func__, [&] { return read_module_status(module); });
+    return guard(__func__, {{"module", module}}, [&] { return read_module_status(module); });
 }
 
 int orvex_scene_set_module_status(int module, int status) {
-    return guard_change(__func__, [&] { switch_module(module, status); });
+    return guard_change(__func__, {{"module", module}, {"status", status}}, [&] { switch_module(module, status); });
 }
 
 int orvex_scene_set_multi_module_status(int module, int status, int final) {
-    return guard_change(__func__, [&] { gather({module, status}, final == 1); });
+    return guard_change(__func__, {{"module", module}, {"status", status}, {"final", final}}, [&] {
+        gather({module, status}, final == 1);
+    });
 }

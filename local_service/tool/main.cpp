@@ -6,6 +6,7 @@
 #include <iostream>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "core/entry_list.h"
 #include "core/failure.h"
@@ -13,6 +14,7 @@
 #include "core/states.h"
 #include "core/store.h"
 #include "service/status.h"
+#include "tool/command_runner.h"
 #include "tool/show.h"
 
 using namespace local_service;
@@ -66,6 +68,9 @@ struct arguments {
     std::string role;
     std::string path;
     bool is_following = false;
+    run_place place;
+    trace_wish trace;
+    int exit_value = 0;
 };
 
 const std::map<std::string, std::size_t>& role_numbers() {
@@ -123,6 +128,39 @@ void add_log_command(CLI::App& app, arguments& given) {
     log->callback([&given] { print_log(given.is_following); });
 }
 
+/// Takes the rest of the command line, with its options, for another command's.
+CLI::App* add_runner(CLI::App& app, const char* name, const char* help) {
+    CLI::App* runner = app.add_subcommand(name, help);
+    runner->prefix_command();
+    runner->footer("COMMAND... follows the options: a command with its arguments.");
+    return runner;
+}
+
+std::vector<std::string> command_of(const CLI::App& runner) {
+    std::vector<std::string> words = runner.remaining();
+    if (!words.empty() && words.front() == "--") {
+        words.erase(words.begin());
+    }
+    if (words.empty()) {
+        throw CLI::RequiredError("COMMAND");
+    }
+    return words;
+}
+
+void add_run_command(CLI::App& app, arguments& given) {
+    CLI::App* runner = add_runner(app, "run", "Run a command on the stand-in");
+    runner->add_option("--state", given.place.state, "The state directory, made where it is missing")->type_name("DIR");
+    runner->add_option("--uid", given.place.user, "The user to run it as: 0 or 600")->type_name("UID");
+    runner->callback([runner, &given] { given.exit_value = run_command(command_of(*runner), given.place); });
+}
+
+void add_trace_command(CLI::App& app, arguments& given) {
+    CLI::App* runner = add_runner(app, "trace", "Run a command on the stand-in and print its service calls");
+    runner->add_flag("--json", given.trace.is_json, "Print each call as a JSON object");
+    runner->add_option("-o,--output", given.trace.file, "Write to FILE instead of standard error")->type_name("FILE");
+    runner->callback([runner, &given] { given.exit_value = trace_command(command_of(*runner), given.trace); });
+}
+
 int run(int argc, const char* const* argv) {
     CLI::App app(
         "Plays the part of the security framework for the stand-in of its service library.\n"
@@ -139,12 +177,14 @@ int run(int argc, const char* const* argv) {
     add_label_command(app, given);
     add_blacklist_command(app, given);
     add_log_command(app, given);
+    add_run_command(app, given);
+    add_trace_command(app, given);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error);
     }
-    return 0;
+    return given.exit_value;
 }
 
 }  // namespace
