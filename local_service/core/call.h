@@ -53,4 +53,13 @@ int guard_change(const char* function, std::initializer_list<argument> arguments
     });
 }
 
+/// The same for a change that adds to the store.
+template <class Work>
+int guard_addition(const char* function, std::initializer_list<argument> arguments, Work work) noexcept {
+    return guard_change(function, arguments, [&] {
+        require_room();
+        work();
+    });
+}
+
 }  // namespace local_service

@@ -6,12 +6,14 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <filesystem>
 
 #include "core/log.h"
 #include "core/state_directory.h"
+#include "core/store_file.h"
 #include "service/log.h"
 #include "service/status.h"
 
@@ -34,6 +36,15 @@ void log_fault(const char* function, const char* text) noexcept {
     } catch (...) {
         // The log lies in the database that may be the very thing that failed.
         return;
+    }
+}
+
+/// For whoever sits in front of the caller: the libraries only have their results to say that there is no store.
+void tell_once(const char* text) noexcept {
+    static bool is_told = false;
+    if (!is_told) {
+        is_told = true;
+        std::fprintf(stderr, "local_service: %s\n", text);
     }
 }
 
@@ -66,6 +77,10 @@ int handle_failure(const char* function) noexcept {
     } catch (const std::filesystem::filesystem_error& refusal) {
         // The caller's directories, or those above the store: nothing that the stand-in has done.
         keep_error_text(refusal.what());
+    } catch (const store_failure& fault) {
+        keep_error_text(fault.what());
+        log_fault(function, fault.what());
+        tell_once(fault.what());
     } catch (const std::exception& fault) {
         keep_error_text(fault.what());
         log_fault(function, fault.what());

@@ -33,7 +33,7 @@ unsigned char* error_record() noexcept;
 
 /// To be called while an exception is handled: keeps its text in the error record and returns the number for the
 /// caller. What is no refusal, but a fault of the stand-in or of its database, goes to the log as well where that is
-/// possible.
+/// possible; a store that cannot be used also makes a line on standard error, once in a process.
 int handle_failure(const char* function) noexcept;
 
 }  // namespace local_service

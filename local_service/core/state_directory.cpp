@@ -6,9 +6,9 @@
 
 #include <cerrno>
 #include <cstdlib>
-#include <system_error>
+#include <cstring>
 
-#include "core/failure.h"
+#include "core/store_file.h"
 
 namespace local_service {
 namespace {
@@ -35,7 +35,7 @@ std::string home_directory() {
     }
     const passwd* entry = getpwuid(getuid());
     if (entry == nullptr || entry->pw_dir == nullptr) {
-        throw failure("no place for the store: neither ORVEX_LOCAL_STATE nor a home directory is known");
+        throw store_failure("no place for the store: neither ORVEX_LOCAL_STATE nor a home directory is known");
     }
     return entry->pw_dir;
 }
@@ -44,6 +44,9 @@ std::string home_directory() {
 
 std::string state_directory() {
     if (std::string chosen = environment("ORVEX_LOCAL_STATE"); !chosen.empty()) {
+        if (chosen.front() != '/') {
+            throw store_failure("ORVEX_LOCAL_STATE is no absolute path: " + chosen);
+        }
         return chosen;
     }
     if (is_system_directory_usable()) {
@@ -57,7 +60,7 @@ std::string state_directory() {
 
 void give_to(uid_t user, const std::string& path) {
     if (geteuid() == 0 && chown(path.c_str(), user, static_cast<gid_t>(-1)) != 0 && errno != EINVAL && errno != EPERM) {
-        throw std::system_error(errno, std::generic_category(), "cannot set the owner of " + path);
+        throw store_failure(path + ": the owner cannot be set: " + std::strerror(errno));
     }
 }
 

@@ -15,7 +15,8 @@ inline constexpr const char* system_directory = "/var/lib/orvex-local";
 
 /// Returns the directory of the store for this caller, whether it exists or not: `$ORVEX_LOCAL_STATE`; else
 /// /var/lib/orvex-local, for root and the security administrator and where they can write it; else orvex-local in
-/// `$XDG_STATE_HOME`, which is ~/.local/state where it is not set. Throws a failure where there is no home either.
+/// `$XDG_STATE_HOME`, which is ~/.local/state where it is not set. Throws a
+/// store failure for a relative path in ORVEX_LOCAL_STATE and where there is no home either.
 std::string state_directory();
 
 /// Gives the file or directory `path` to `user`, where the caller is root. In a user namespace that user may not exist:

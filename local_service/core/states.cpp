@@ -5,7 +5,9 @@
 
 #include "core/failure.h"
 #include "core/log.h"
+#include "core/state_directory.h"
 #include "core/store.h"
+#include "core/store_file.h"
 #include "service/status.h"
 
 namespace local_service {
@@ -14,9 +16,16 @@ namespace {
 int read_number(const char* sql, bound_values bound = {}) {
     query rows(sql, bound);
     if (!rows.next()) {
-        throw failure("no such module");
+        throw failure("no such module, or a damaged store");
     }
     return static_cast<int>(rows.number(0));
+}
+
+/// Changes `count` rows, all that there are of their kind.
+void update(int count, const char* sql, bound_values bound = {}) {
+    if (change(sql, bound) != count) {
+        throw store_failure(store_file(state_directory()) + ": damaged, as rows of states are missing");
+    }
 }
 
 int status_of_state(int state) {
@@ -66,7 +75,7 @@ framework_state read_states() {
 }
 
 void set_secret_scene(bool is_on) {
-    change("UPDATE framework SET secret_scene = ?", {std::int64_t{is_on ? 1 : 0}});
+    update(1, "UPDATE framework SET secret_scene = ?", {std::int64_t{is_on ? 1 : 0}});
 }
 
 void switch_module(int module, int status) {
@@ -74,7 +83,7 @@ void switch_module(int module, int status) {
     if (read_global_status() == orvex_status_disabled) {
         throw failure("the framework is disabled: its modules are switched for after the restart");
     }
-    change("UPDATE module SET now = ?1, after_restart = ?1 WHERE number = ?2",
+    update(1, "UPDATE module SET now = ?1, after_restart = ?1 WHERE number = ?2",
            {std::int64_t{status}, std::int64_t{module}});
 }
 
@@ -83,7 +92,7 @@ void set_pending_statuses(const std::vector<pending_status>& batch) {
         throw failure("the framework is not disabled: its modules are switched at once");
     }
     for (const pending_status& item : batch) {
-        change("UPDATE module SET after_restart = ? WHERE number = ?",
+        update(1, "UPDATE module SET after_restart = ? WHERE number = ?",
                {std::int64_t{item.status}, std::int64_t{item.module}});
     }
 }
@@ -97,10 +106,10 @@ void check_module_status(int module, int status) {
 
 void request_state(int state, bool is_restart_requested) {
     const int status = status_of_state(state);
-    change("UPDATE framework SET after_restart = ?", {std::int64_t{status}});
-    change("UPDATE framework SET now = after_restart WHERE now <> 0");
+    update(1, "UPDATE framework SET after_restart = ?1, now = CASE now WHEN 0 THEN 0 ELSE ?1 END",
+           {std::int64_t{status}});
     if (is_restart_requested) {
-        change("UPDATE framework SET requested_restarts = requested_restarts + 1");
+        update(1, "UPDATE framework SET requested_restarts = requested_restarts + 1");
         simulate_restart();
         write_log({0, 0, log_level_note, "local_service", "setModuleStatusReboot_dbus",
                    "restart requested with the change of state: simulated, the machine keeps running"});
@@ -108,8 +117,8 @@ void request_state(int state, bool is_restart_requested) {
 }
 
 void simulate_restart() {
-    change("UPDATE framework SET now = after_restart, restarts = restarts + 1");
-    change("UPDATE module SET now = after_restart");
+    update(1, "UPDATE framework SET now = after_restart, restarts = restarts + 1");
+    update(static_cast<int>(modules.size()), "UPDATE module SET now = after_restart");
 }
 
 }  // namespace local_service

@@ -2,10 +2,19 @@
 // Global and module states, each with the value that holds now and the one that holds after the next restart.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
 namespace local_service {
+
+/// A module of the framework, by its number and a name for people.
+struct known_module {
+    int number;
+    const char* name;
+};
+inline constexpr std::array<known_module, 8> modules{
+    {{0, "exec"}, {1, "net"}, {2, "file"}, {3, "kmod"}, {4, "3adm"}, {5, "proc"}, {7, "exec script"}, {11, "box"}}};
 
 struct module_state {
     int number;

@@ -3,94 +3,37 @@
 
 #include <SQLiteCpp/Database.h>
 #include <SQLiteCpp/Statement.h>
-#include <fcntl.h>
 #include <sqlite3.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <memory>
-#include <system_error>
 #include <vector>
 
-#include "core/descriptor.h"
 #include "core/failure.h"
 #include "core/schema.h"
 #include "core/state_directory.h"
+#include "core/store_file.h"
 
 namespace local_service {
 namespace {
 
 constexpr int busy_timeout_ms = 30000;
-constexpr mode_t database_mode = 0644;
+/// Above this nobody asks how much the database takes: no policy is so large.
+constexpr std::uint64_t plenty_of_room = std::uint64_t{1024} * 1024 * 1024;
 
-[[noreturn]] void throw_system_error(const std::string& what) {
-    throw std::system_error(errno, std::generic_category(), what);
+std::string explain(const SQLite::Exception& error) {
+    const std::string advice = error.getErrorCode() == SQLITE_FULL ? "; make room on its file system" : "";
+    return error.what() + advice;
 }
 
-/// Root's store serves the security administrator as well, who is an ordinary user to the system.
-void prepare_directory(const std::string& directory) {
-    if (std::filesystem::create_directories(directory) && directory == system_directory) {
-        give_to(security_administrator, directory);
-    }
-}
-
-uid_t owner_of(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0) {
-        throw_system_error("cannot read the owner of " + path);
-    }
-    return status.st_uid;
-}
-
-/// A name for a file that is removed again at the end of its life.
-class draft_file {
-public:
-    explicit draft_file(std::string name_template) : name_(std::move(name_template)) {
-        const int file = mkostemp(name_.data(), O_CLOEXEC);
-        if (file < 0) {
-            throw_system_error("cannot create " + name_);
-        }
-        const bool is_mode_set = fchmod(file, database_mode) == 0;
-        close(file);
-        if (!is_mode_set) {
-            throw_system_error("cannot set the mode of " + name_);
-        }
-    }
-    draft_file(const draft_file&) = delete;
-    draft_file& operator=(const draft_file&) = delete;
-    ~draft_file() { unlink(name_.c_str()); }
-
-    const std::string& name() const { return name_; }
-
-private:
-    std::string name_;
-};
-
-/// Waits until the file `path` is on the disk. False where that fails.
-bool write_to_disk(const std::string& path) {
-    const descriptor file(path);
-    return file.number() >= 0 && fsync(file.number()) == 0;
-}
-
-/// The database is made under another name and gets its own by a link, whole: of two first processes one wins, and
-/// neither ever sees half a database.
-void create_database(const std::string& directory, const std::string& file) {
-    prepare_directory(directory);
-    const draft_file draft(directory + "/.new-XXXXXX");
-    give_to(owner_of(directory), draft.name());
-    {
-        SQLite::Database database(draft.name(), SQLite::OPEN_READWRITE);
-        // Until it has its name, one write to the disk at the end is enough.
-        database.exec("PRAGMA synchronous = OFF; PRAGMA journal_mode = WAL");
-        database.exec(std::string("BEGIN;") + create_tables + insert_initial_rows +
-                      "PRAGMA user_version = " + std::to_string(schema_version) + "; COMMIT");
-    }
-    if (!write_to_disk(draft.name()) || (link(draft.name().c_str(), file.c_str()) != 0 && errno != EEXIST)) {
-        throw_system_error("cannot create " + file);
+/// Runs `work` and tells a fault of the database in `directory` as a failure of the store.
+template <class Work>
+auto on_database(const std::string& directory, Work work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (const SQLite::Exception& error) {
+        throw store_failure(store_file(directory) + ": " + explain(error));
     }
 }
 
@@ -98,14 +41,15 @@ struct connection {
     explicit connection(std::string state_directory)
         : directory(std::move(state_directory)),
           // For a caller who may not write the file, SQLite itself opens it for reading only.
-          database(directory + "/orvex.db", SQLite::OPEN_READWRITE, busy_timeout_ms) {
+          database(store_file(directory), SQLite::OPEN_READWRITE, busy_timeout_ms) {
         // The log of writes stays where it is, empty: a process that cannot write the directory still needs it there.
         int keep_files = 1;
         sqlite3_file_control(database.getHandle(), nullptr, SQLITE_FCNTL_PERSIST_WAL, &keep_files);
         database.exec("PRAGMA journal_size_limit = 0; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
         const int version = database.execAndGet("PRAGMA user_version").getInt();
         if (version != schema_version) {
-            throw failure(directory + " holds a store of another version: " + std::to_string(version));
+            throw store_failure(store_file(directory) + ": a store of version " + std::to_string(version) +
+                                ", where version " + std::to_string(schema_version) + " is needed");
         }
     }
 
@@ -138,23 +82,33 @@ connection& open_store() {
         return *current;
     }
     current.reset();
-    const std::string file = directory + "/orvex.db";
-    if (access(file.c_str(), F_OK) != 0) {
-        create_database(directory, file);
+    const bool is_there = has_store_file(directory);
+    remove_stale_drafts(directory);
+    if (!is_there) {
+        make_store_file(directory);
     }
-    current.reset(std::make_unique<connection>(std::move(directory)).release());
+    current.reset(on_database(directory, [&] { return std::make_unique<connection>(directory).release(); }));
     return *current;
 }
 
-SQLite::Statement& prepare(const std::string& sql, bound_values bound) {
+/// Runs `work` on the open database.
+template <class Work>
+auto on_store(Work work) {
     connection& store = open_store();
-    SQLite::Statement& statement = store.statements.try_emplace(sql, store.database, sql).first->second;
-    int position = 0;
-    for (const bound_value& item : bound) {
-        ++position;
-        std::visit([&](const auto& plain) { statement.bind(position, plain); }, item);
-    }
-    return statement;
+    return on_database(store.directory, [&] { return work(store); });
+}
+
+SQLite::Statement& prepare(const std::string& sql, bound_values bound) {
+    SQLite::Statement* prepared = on_store([&](connection& store) {
+        SQLite::Statement& statement = store.statements.try_emplace(sql, store.database, sql).first->second;
+        int position = 0;
+        for (const bound_value& item : bound) {
+            ++position;
+            std::visit([&](const auto& plain) { statement.bind(position, plain); }, item);
+        }
+        return &statement;
+    });
+    return *prepared;
 }
 
 }  // namespace
@@ -166,7 +120,7 @@ query::~query() {
 }
 
 bool query::next() {
-    return statement_.executeStep();
+    return on_store([&](connection&) { return statement_.executeStep(); });
 }
 
 std::string query::text(int column) const {
@@ -179,15 +133,17 @@ std::int64_t query::number(int column) const {
 
 int change(const std::string& sql, bound_values bound) {
     SQLite::Statement& statement = prepare(sql, bound);
-    try {
-        const int changed = statement.exec();
-        statement.reset();
-        return changed;
-    } catch (...) {
-        // A statement that failed keeps hold of its transaction until it is reset.
-        statement.tryReset();
-        throw;
-    }
+    return on_store([&](connection&) {
+        try {
+            const int changed = statement.exec();
+            statement.reset();
+            return changed;
+        } catch (...) {
+            // A statement that failed keeps hold of its transaction until it is reset.
+            statement.tryReset();
+            throw;
+        }
+    });
 }
 
 transaction::transaction() {
@@ -213,8 +169,28 @@ void transaction::commit() {
 
 void reset_store() {
     transaction reset;
-    open_store().database.exec(std::string(clear_tables) + insert_initial_rows);
+    on_store([](connection& store) { return store.database.exec(std::string(clear_tables) + insert_initial_rows); });
     reset.commit();
+}
+
+void require_room() {
+    const std::string& directory = open_store().directory;
+    const std::uint64_t room = free_room(directory);
+    if (room > plenty_of_room) {
+        return;
+    }
+    query sizes(
+        "SELECT page_size * (page_count - freelist_count) "
+        "FROM pragma_page_size, pragma_page_count, pragma_freelist_count");
+    sizes.next();
+    if (room < static_cast<std::uint64_t>(sizes.number(0))) {
+        throw store_failure(store_file(directory) +
+                            ": the disk is full but for the room that is kept for taking something off");
+    }
+}
+
+bool has_store() {
+    return has_store_file(state_directory());
 }
 
 std::int64_t count_records(const std::string& table) {

@@ -2,6 +2,8 @@
 // The one database behind all libraries. It is opened by the first call that needs it and stays open to the end of the
 // process; a call that finds the state directory changed opens the database there instead.
 //
+// A store that cannot be used is told by a store failure (core/store_file.h).
+//
 // One thread and one process: a child made by fork cannot use the parent's database and fails until it runs a program.
 #pragma once
 
@@ -58,6 +60,13 @@ public:
 private:
     bool is_open_ = true;
 };
+
+/// Tells whether there is a store already. Unlike all else here, this makes none.
+bool has_store();
+
+/// Throws a store failure where the disk has less room left than the database takes. To be called before something is
+/// added, so that there is still room to take something off when nothing more can be added.
+void require_room();
 
 /// Brings the store back to what it holds when new.
 void reset_store();

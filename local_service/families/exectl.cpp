@@ -28,6 +28,7 @@ void whitelist_files(std::vector<std::string> paths) {
     for (std::string& path : paths) {
         files.push_back(whitelist_record(std::move(path)));
     }
+    require_room();
     transaction whole;
     for (const whitelisted_file& file : files) {
         put_on_whitelist(file);
@@ -169,8 +170,8 @@ char** orvex_scene_exectl_get_policy_for_package_permissive(std::uint64_t* count
 }
 
 int orvex_scene_exectl_multi_add_file_in_permissive(char** paths, std::int64_t count) {
-    return guard_change(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
-                        [&] { add_batch(lists::exec_files, listed_as::path, given_texts(paths, count)); });
+    return guard_addition(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
+                          [&] { add_batch(lists::exec_files, listed_as::path, given_texts(paths, count)); });
 }
 
 int orvex_scene_exectl_multi_remove_file_from_permissive(char** paths, std::int64_t count) {
@@ -179,8 +180,8 @@ int orvex_scene_exectl_multi_remove_file_from_permissive(char** paths, std::int6
 }
 
 int orvex_scene_exectl_multi_add_package_in_permissive(char** packages, std::int64_t count) {
-    return guard_change(__func__, {{"packages", borrowed_array{packages, count}}, {"count", count}},
-                        [&] { add_batch(lists::exec_packages, listed_as::given, given_texts(packages, count)); });
+    return guard_addition(__func__, {{"packages", borrowed_array{packages, count}}, {"count", count}},
+                          [&] { add_batch(lists::exec_packages, listed_as::given, given_texts(packages, count)); });
 }
 
 int orvex_scene_exectl_multi_remove_package_from_permissive(char** packages, std::int64_t count) {

@@ -19,8 +19,8 @@ char** orvex_scene_filectl_get_pkg_policy(std::uint64_t* count) {
 }
 
 int orvex_scene_filectl_multi_add_by_path(char** paths, std::int64_t count) {
-    return guard_change(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
-                        [&] { add_batch(lists::protected_files, listed_as::path, given_texts(paths, count)); });
+    return guard_addition(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
+                          [&] { add_batch(lists::protected_files, listed_as::path, given_texts(paths, count)); });
 }
 
 int orvex_scene_filectl_multi_remove_by_path(char** paths, std::int64_t count) {
@@ -29,8 +29,9 @@ int orvex_scene_filectl_multi_remove_by_path(char** paths, std::int64_t count) {
 }
 
 int orvex_scene_filectl_multi_add_by_pkg(char** packages, std::int64_t count) {
-    return guard_change(__func__, {{"packages", borrowed_array{packages, count}}, {"count", count}},
-                        [&] { add_batch(lists::protected_packages, listed_as::given, given_texts(packages, count)); });
+    return guard_addition(__func__, {{"packages", borrowed_array{packages, count}}, {"count", count}}, [&] {
+        add_batch(lists::protected_packages, listed_as::given, given_texts(packages, count));
+    });
 }
 
 int orvex_scene_filectl_multi_remove_by_pkg(char** packages, std::int64_t count) {
@@ -59,7 +60,7 @@ void orvex_scene_filectl_exception_policy_free(filectl_exception_record* records
 
 int orvex_scene_filectl_exception_multi_add(std::int32_t kind, const char* resource, std::int32_t except_kind,
                                             char** exceptions, std::int64_t count) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"kind", kind},
          {"resource", resource},

@@ -36,11 +36,11 @@ char** orvex_scene_kmodctl_get_policy(std::uint64_t* count) {
 }
 
 int orvex_scene_kmodctl_add_by_path(const char* path) {
-    return guard_change(__func__, {{"path", path}}, [&] { add_module(read_module_name(given_text(path))); });
+    return guard_addition(__func__, {{"path", path}}, [&] { add_module(read_module_name(given_text(path))); });
 }
 
 int orvex_scene_kmodctl_add_by_name(const char* name) {
-    return guard_change(__func__, {{"name", name}}, [&] { add_module(given_text(name)); });
+    return guard_addition(__func__, {{"name", name}}, [&] { add_module(given_text(name)); });
 }
 
 int orvex_scene_kmodctl_remove_by_path(const char* path) {

@@ -156,7 +156,7 @@ netctl_pkg_record* orvex_netctl_pkg_read_node_with_uid(std::uint32_t uid, const 
 
 int orvex_netctl_pkg_add(std::uint32_t uid, const char* package, std::int32_t status, const char* icon,
                          const char* desktop, std::int32_t tag) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"uid", uid}, {"package", package}, {"status", status}, {"icon", icon}, {"desktop", desktop}, {"tag", tag}},
         [&] { add_net_policy(package_policy_kind, package_policy(uid, package, status, icon, desktop, tag)); });
@@ -164,7 +164,7 @@ int orvex_netctl_pkg_add(std::uint32_t uid, const char* package, std::int32_t st
 
 int orvex_netctl_pkg_update(std::uint32_t uid, const char* package, std::int32_t status, const char* icon,
                             const char* desktop, std::int32_t tag) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"uid", uid}, {"package", package}, {"status", status}, {"icon", icon}, {"desktop", desktop}, {"tag", tag}},
         [&] { update_net_policy(package_policy_kind, package_policy(uid, package, status, icon, desktop, tag)); });
@@ -183,7 +183,7 @@ netctl_ext_record* orvex_netctl_ext_read_node_with_uid(std::uint32_t uid, const 
 
 int orvex_netctl_ext_add(std::uint32_t uid, const char* path, std::int32_t status, const char* label, const char* text1,
                          const char* text2, std::int32_t tag) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"uid", uid},
          {"path", path},
@@ -197,7 +197,7 @@ int orvex_netctl_ext_add(std::uint32_t uid, const char* path, std::int32_t statu
 
 int orvex_netctl_ext_update(std::uint32_t uid, const char* path, std::int32_t status, const char* label,
                             const char* text1, const char* text2, std::int32_t tag) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"uid", uid},
          {"path", path},

@@ -55,8 +55,8 @@ char** orvex_scene_taskctl_get_policy(std::uint64_t* count) {
 }
 
 int orvex_scene_taskctl_multi_add_by_path(char** paths, std::int64_t count) {
-    return guard_change(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
-                        [&] { add_batch(lists::protected_programs, listed_as::given, given_texts(paths, count)); });
+    return guard_addition(__func__, {{"paths", borrowed_array{paths, count}}, {"count", count}},
+                          [&] { add_batch(lists::protected_programs, listed_as::given, given_texts(paths, count)); });
 }
 
 int orvex_scene_taskctl_multi_remove_by_path(char** paths, std::int64_t count) {
@@ -65,8 +65,8 @@ int orvex_scene_taskctl_multi_remove_by_path(char** paths, std::int64_t count) {
 }
 
 int orvex_scene_taskctl_multi_add_by_pid(std::int32_t* pids, std::int64_t count) {
-    return guard_change(__func__, {{"pids", borrowed_array{pids, count}}, {"count", count}},
-                        [&] { add_batch(lists::protected_programs, listed_as::given, programs_of(pids, count)); });
+    return guard_addition(__func__, {{"pids", borrowed_array{pids, count}}, {"count", count}},
+                          [&] { add_batch(lists::protected_programs, listed_as::given, programs_of(pids, count)); });
 }
 
 int orvex_scene_taskctl_multi_remove_by_pid(std::int32_t* pids, std::int64_t count) {
@@ -98,7 +98,7 @@ void orvex_scene_taskctl_exception_policy_free(taskctl_exception_record* records
 
 int orvex_scene_taskctl_exception_multi_add(std::int32_t kind, const char* path, std::int32_t except_kind,
                                             char** exceptions, std::int64_t count) {
-    return guard_change(
+    return guard_addition(
         __func__,
         {{"kind", kind},
          {"path", path},
@@ -126,14 +126,14 @@ int orvex_scene_taskctl_exception_multi_remove(std::int32_t kind, const char* pa
 
 int orvex_scene_taskctl_exception_multi_add_by_pid(std::int32_t pid, std::int32_t except_kind, char** exceptions,
                                                    std::int64_t count) {
-    return guard_change(__func__,
-                        {{"pid", pid},
-                         {"except_kind", except_kind},
-                         {"exceptions", borrowed_array{exceptions, count}},
-                         {"count", count}},
-                        [&] {
-                            add_exceptions(process_protection, program_of(pid), {except_kind, exceptions, count});
-                        });
+    return guard_addition(__func__,
+                          {{"pid", pid},
+                           {"except_kind", except_kind},
+                           {"exceptions", borrowed_array{exceptions, count}},
+                           {"count", count}},
+                          [&] {
+                              add_exceptions(process_protection, program_of(pid), {except_kind, exceptions, count});
+                          });
 }
 
 int orvex_scene_taskctl_exception_multi_remove_by_pid(std::int32_t pid, std::int32_t except_kind, char** exceptions,

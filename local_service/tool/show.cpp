@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tool/show.h"
 
-#include <array>
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <iomanip>
 #include <iostream>
-#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -39,10 +38,9 @@ std::string name_of_status(int status) {
 }
 
 std::string name_of_module(int module) {
-    static const std::map<int, std::string> names{{0, "exec"}, {1, "net"},  {2, "file"},        {3, "kmod"},
-                                                  {4, "3adm"}, {5, "proc"}, {7, "exec script"}, {11, "box"}};
-    const auto found = names.find(module);
-    return found == names.end() ? std::to_string(module) : found->second;
+    const auto* found = std::find_if(modules.begin(), modules.end(),
+                                     [&](const known_module& candidate) { return candidate.number == module; });
+    return found == modules.end() ? std::to_string(module) : found->name;
 }
 
 std::string on_or_off(int status) {

@@ -249,16 +249,17 @@ END
 }
 
 @test "a library that cannot store a change is told of" {
+  local reason="local_service: $BATS_TEST_TMPDIR/state/orvex.db: attempt to write a readonly database"$'\n'
   use_tools
   do_silently 0 orvex_policy net -A -f "$tools/one"
   separate_roles
   chmod -R a-w "$BATS_TEST_TMPDIR/state"
   as_in_tools 600 orvex_policy net -A -f two
-  expect 0 <<<'程序[two]添加网络管控失败!'
+  expect_with_errors 0 "$reason" <<<'程序[two]添加网络管控失败!'
   as_in_tools 600 orvex_policy net -U -f one -v allow
-  expect 0 <<<'更新程序[one]的联网管控状态失败!'
+  expect_with_errors 0 "$reason" <<<'更新程序[one]的联网管控状态失败!'
   as_in_tools 600 orvex_policy net -D -f one
-  expect 0 <<<"删除程序[$tools/one]联网管控失败!"
+  expect_with_errors 0 "$reason" <<<"删除程序[$tools/one]联网管控失败!"
   chmod -R u+w "$BATS_TEST_TMPDIR/state"
   expect_listed <<END
 应用程序:

@@ -2,13 +2,17 @@
 // The database behind it all: many processes, processes that die, and places that cannot be written.
 #include "core/store.h"
 
+#include <fcntl.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 
+#include "core/states.h"
+#include "core/store_file.h"
 #include "local_store.h"
 #include "service/kmodctl.h"
 #include "service/log.h"
@@ -31,6 +35,14 @@ protected:
             failures += orvex_scene_kmodctl_add_by_name((prefix + std::to_string(number)).c_str()) == 0 ? 0 : 1;
         }
         return failures;
+    }
+
+    std::vector<std::string> names_in(const std::string& name) const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(path(name))) {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
     }
 
     static std::string check_integrity() {
@@ -103,11 +115,7 @@ TEST_F(store, leaves_nothing_behind_but_its_files) {
     orvex_scene_kmodctl_add_by_name("ext4");
     setenv("ORVEX_LOCAL_STATE", path("other").c_str(), 1);
     orvex_scene_getstatus();
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path("state"))) {
-        names.push_back(entry.path().filename().string());
-    }
-    EXPECT_THAT(names, testing::UnorderedElementsAre("orvex.db", "orvex.db-wal", "orvex.db-shm"));
+    EXPECT_THAT(names_in("state"), testing::UnorderedElementsAre("orvex.db", "orvex.db-wal", "orvex.db-shm"));
     EXPECT_EQ(std::filesystem::file_size(path("state/orvex.db-wal")), 0U);
 }
 
@@ -168,14 +176,72 @@ TEST_F(store, of_another_version_is_refused) {
     orvex_scene_getstatus();
     setenv("ORVEX_LOCAL_STATE", path("state").c_str(), 1);
     EXPECT_LT(orvex_scene_getstatus(), 0);
-    EXPECT_EQ(last_error(), path("state") + " holds a store of another version: 99");
+    EXPECT_EQ(last_error(), path("state/orvex.db") + ": a store of version 99, where version 1 is needed");
 }
 
 TEST_F(store, that_is_no_database_is_refused) {
     make_directory("state");
     write("state/orvex.db", std::string(5000, 'x'));
     EXPECT_LT(orvex_scene_getstatus(), 0);
-    EXPECT_FALSE(last_error().empty());
+    EXPECT_EQ(last_error(), path("state/orvex.db") + ": file is not a database");
+    std::filesystem::remove(path("state/orvex.db"));
+    make_directory("state/orvex.db");
+    EXPECT_LT(orvex_scene_getstatus(), 0);
+    EXPECT_EQ(last_error(), path("state/orvex.db") + ": not a file");
+}
+
+TEST_F(store, has_an_absolute_path) {
+    setenv("ORVEX_LOCAL_STATE", "state", 1);
+    EXPECT_LT(orvex_scene_getstatus(), 0);
+    EXPECT_EQ(last_error(), "ORVEX_LOCAL_STATE is no absolute path: state");
+}
+
+TEST_F(store, is_not_looked_for_where_everybody_may_write) {
+    make_directory("state");
+    ASSERT_EQ(chmod(path("state").c_str(), 01777), 0);
+    EXPECT_LT(orvex_scene_getstatus(), 0);
+    EXPECT_EQ(last_error(), path("state") + ": not trusted, as everybody may write to it");
+}
+
+TEST_F(store, is_not_looked_for_in_a_directory_of_somebody_else) {
+    make_directory("state");
+    if (chown(path("state").c_str(), 1234, static_cast<gid_t>(-1)) != 0) {
+        GTEST_SKIP() << "only root can give a directory away";
+    }
+    EXPECT_LT(orvex_scene_getstatus(), 0);
+    EXPECT_EQ(last_error(), path("state") + ": not trusted, as it belongs to user 1234");
+    ASSERT_EQ(chown(path("state").c_str(), 600, static_cast<gid_t>(-1)), 0);
+    EXPECT_EQ(orvex_scene_getstatus(), 0);
+}
+
+TEST_F(store, clears_the_drafts_of_the_dead_and_no_others) {
+    make_directory("state");
+    write("state/.new-dead01", "half a database");
+    write("state/.new-dead01-wal", "");
+    write("state/.news", "of somebody else");
+    const int held = open(write("state/.new-living", "").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(held, LOCK_EX), 0);
+    EXPECT_EQ(orvex_scene_getstatus(), 0);
+    EXPECT_THAT(names_in("state"),
+                testing::UnorderedElementsAre("orvex.db", "orvex.db-wal", "orvex.db-shm", ".new-living", ".news"));
+    close(held);
+    setenv("ORVEX_LOCAL_STATE", path("other").c_str(), 1);
+    EXPECT_EQ(orvex_scene_getstatus(), 0);
+    setenv("ORVEX_LOCAL_STATE", path("state").c_str(), 1);
+    EXPECT_EQ(orvex_scene_getstatus(), 0);
+    EXPECT_THAT(names_in("state"), testing::Not(Contains(".new-living")));
+}
+
+TEST_F(store, without_its_rows_of_states_refuses_to_change_them) {
+    enable_framework();
+    local_service::change("DELETE FROM module WHERE number = 3");
+    EXPECT_LT(orvex_scene_set_module_status(3, 1), 0);
+    EXPECT_THROW(local_service::simulate_restart(), local_service::store_failure);
+    local_service::change("DELETE FROM framework");
+    EXPECT_LT(setModuleStatusReboot_dbus(1, orvex_state_permissive, 11, 0, 1, 0), 0);
+    EXPECT_EQ(last_error(), path("state/orvex.db") + ": damaged, as rows of states are missing");
+    EXPECT_THROW(local_service::set_secret_scene(true), local_service::store_failure);
+    EXPECT_LT(orvex_scene_getstatus(), 0);
 }
 
 /// A store that this user may read and nobody may write. Root could write it all the same and becomes somebody else.

@@ -1,0 +1,109 @@
+#!/usr/bin/env bats
+# SPDX-License-Identifier: Apache-2.0
+# Stores that cannot be used: one line says so, and the program goes on with what the library answers.
+
+load support/session.bash
+
+setup() {
+  start_session
+  state="$BATS_TEST_TMPDIR/state"
+}
+
+# expect_refusal REASON: the status report is one of a library that fails, with one line of the reason.
+expect_refusal() {
+  as "${2:-0}" orvex_policy status
+  expect_with_errors 0 "local_service: $1"$'\n' < <(print_unknown_status)
+  as "${2:-0}" orvex_local restart
+  expect_with_errors 1 "orvex_local: $1"$'\n' </dev/null
+}
+
+print_unknown_status() {
+  local module
+  for module in exec 'exec script' net kmod file proc 3adm box; do
+    printf '    %-12s: unknown\n' "$module"
+  done
+}
+
+@test "what is no store is told, with its path" {
+  head -c 5000 /dev/zero | tr '\0' x >"$state/orvex.db"
+  expect_refusal "$state/orvex.db: file is not a database"
+  rm "$state/orvex.db"
+  mkdir "$state/orvex.db"
+  expect_refusal "$state/orvex.db: not a file"
+  rm -r "$state"
+  touch "$state"
+  expect_refusal "$state: Not a directory"
+}
+
+@test "a place that cannot be trusted is told" {
+  chmod a+w "$state"
+  expect_refusal "$state: not trusted, as everybody may write to it"
+  rmdir "$state"
+  session_environment+=(ORVEX_LOCAL_STATE=state)
+  expect_refusal 'ORVEX_LOCAL_STATE is no absolute path: state'
+}
+
+@test "a store that may not be searched, read or made is told" {
+  [[ $EUID -eq 0 ]] || skip 'only root can become another user'
+  chmod 755 "$BATS_RUN_TMPDIR" "${BATS_TEST_TMPDIR%/*}" "$BATS_TEST_TMPDIR"
+  setpriv --reuid 600 test -x "$ORVEX_BIN_DIR/orvex_local" || skip 'the programs are not for everybody'
+  do_silently 0 orvex_local scene off
+  chmod 700 "$state"
+  as 0 orvex_local run --uid 600 orvex_policy enable
+  expect_with_errors 255 "local_service: $state/orvex.db: Permission denied"$'\n' <<'END'
+当前用户无权限执行, 请切换root用户执行!
+END
+  chmod 755 "$state"
+  chmod 600 "$state/orvex.db"
+  as 0 orvex_local run --uid 600 orvex_local restart
+  expect_with_errors 1 "orvex_local: $state/orvex.db: Permission denied"$'\n' </dev/null
+  rm "$state"/orvex.db*
+  as 0 orvex_local run --uid 600 orvex_local restart
+  expect_with_errors 1 "orvex_local: $state: the store cannot be made: Permission denied"$'\n' </dev/null
+}
+
+# fill_and_empty: adds to the store until nothing more can be added, and takes all of it off again.
+fill_and_empty() {
+  local number=0 answer name
+  mount -t tmpfs -o size=200k,mode=755 state "$ORVEX_LOCAL_STATE" || exit 77
+  orvex_policy kmod on >/dev/null
+  orvex_local restart >/dev/null
+  # Names of 999 letters, so that a few fill a page.
+  printf -v name '%0999d' "$number"
+  while answer=$(orvex_policy kmod -A -n "$name" 2>&1) && [[ -z $answer ]]; do
+    number=$((number + 1))
+    printf -v name '%0999d' "$number"
+  done
+  head -n 1 <<<"$answer"
+  [[ $number -gt 5 ]] || echo "full after $number"
+  while [[ $number -gt 0 ]]; do
+    number=$((number - 1))
+    printf -v name '%0999d' "$number"
+    orvex_policy kmod -D -n "$name"
+  done
+  orvex_policy kmod -A -n again
+  orvex_policy kmod -L
+  ls -A "$ORVEX_LOCAL_STATE"
+}
+
+@test "a full disk is told, and what is on the store can be taken off it again" {
+  as 0 unshare --mount --map-root-user bash -c "$(declare -f fill_and_empty); fill_and_empty"
+  [[ $exit_value -ne 77 ]] || skip 'this machine allows no mounts'
+  expect 0 <<END
+local_service: $state/orvex.db: the disk is full but for the room that is kept for taking something off
+模块名称: again, 防卸载保护: 开
+orvex.db
+orvex.db-shm
+orvex.db-wal
+END
+}
+
+# shellcheck disable=SC2016
+@test "a disk without room for a store keeps nothing of the attempt" {
+  as 0 unshare --mount --map-root-user bash -c '
+    mount -t tmpfs -o size=40k,mode=755 state "$ORVEX_LOCAL_STATE" || exit 77
+    orvex_local scene on
+    ls -A "$ORVEX_LOCAL_STATE"'
+  [[ $exit_value -ne 77 ]] || skip 'this machine allows no mounts'
+  expect_with_errors 0 "orvex_local: $state/orvex.db: cannot be made: No space left on device"$'\n' </dev/null
+}
