@@ -19,6 +19,7 @@ libpopt-dev       popt-devel
 libglib2.0-dev    glib2-devel
 libsqlitecpp-dev  sqlitecpp-devel
 libcli11-dev      cli11-devel
+nlohmann-json3-dev json-devel
 libelf-dev        elfutils-libelf-devel
 libgtest-dev      gtest-devel
 libgmock-dev      gmock-devel

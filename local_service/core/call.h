@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The one gate through which the service functions pass: here they are traced, and no exception leaves.
+// The one gate through which the service functions pass: here they fail on request, here they are traced, and no
+// exception leaves.
 #pragma once
 
 #include <initializer_list>
@@ -8,6 +9,7 @@
 #include "core/failure.h"
 #include "core/store.h"
 #include "core/trace.h"
+#include "core/wished_failure.h"
 
 namespace local_service {
 
@@ -27,6 +29,7 @@ auto guard(const char* function, std::initializer_list<argument> arguments, Work
     using result_type = decltype(work());
     result_type result{};
     try {
+        fail_if_wished(function);
         result = work();
     } catch (...) {
         const int code = handle_failure(function);

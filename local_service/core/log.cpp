@@ -24,4 +24,10 @@ std::vector<log_record> read_log_after(std::int64_t number) {
     return records;
 }
 
+std::int64_t count_log_records() {
+    query count("SELECT COUNT(*) FROM log");
+    count.next();
+    return count.number(0);
+}
+
 }  // namespace local_service

@@ -27,4 +27,7 @@ void write_log(const log_record& record);
 /// Returns the records behind the one with the number `number`, oldest first; 0 gives all.
 std::vector<log_record> read_log_after(std::int64_t number);
 
+/// Returns how many records there are.
+std::int64_t count_log_records();
+
 }  // namespace local_service

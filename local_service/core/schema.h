@@ -5,10 +5,10 @@
 namespace local_service {
 
 /// Number of this layout, kept in the database as its user version.
-inline constexpr int schema_version = 1;
+inline constexpr int schema_version = 2;
 
 /// `entry` holds every list of plain texts, under the list's name; the identifiers give the order of entry. `exception`
-/// belongs to the entry of the object that it is an exception of.
+/// belongs to the entry of the object that it is an exception of. In `failing`, 0 times means always.
 inline constexpr const char* create_tables = R"(
 CREATE TABLE framework (
     id INTEGER PRIMARY KEY CHECK (id = 1),
@@ -57,12 +57,19 @@ CREATE TABLE net_policy (
     text3 TEXT NOT NULL,
     tag INTEGER NOT NULL,
     UNIQUE (uid, kind, name));
+CREATE TABLE failing (
+    id INTEGER PRIMARY KEY,
+    call TEXT NOT NULL,
+    result INTEGER NOT NULL,
+    times INTEGER NOT NULL,
+    after INTEGER NOT NULL,
+    error TEXT NOT NULL);
 )";
 
-inline constexpr const char* clear_tables = R"(
+/// Takes away the states and policies, and leaves the log and the wishes for failures.
+inline constexpr const char* clear_policies = R"(
 DELETE FROM framework;
 DELETE FROM module;
-DELETE FROM log;
 DELETE FROM exception;
 DELETE FROM entry;
 DELETE FROM whitelist;

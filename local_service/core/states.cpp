@@ -59,8 +59,9 @@ int read_module_status(int module) {
 
 framework_state read_states() {
     query rows(
-        "SELECT framework.now, framework.after_restart, secret_scene, restarts, requested_restarts, "
-        "number, module.now, module.after_restart FROM framework, module ORDER BY number");
+        "SELECT framework.now, framework.after_restart, secret_scene, restarts, requested_restarts, number, "
+        "CASE framework.now WHEN 0 THEN 0 ELSE module.now END, module.after_restart "
+        "FROM framework, module ORDER BY number");
     framework_state states{};
     while (rows.next()) {
         states.now = static_cast<int>(rows.number(0));
@@ -72,6 +73,16 @@ framework_state read_states() {
             {static_cast<int>(rows.number(5)), static_cast<int>(rows.number(6)), static_cast<int>(rows.number(7))});
     }
     return states;
+}
+
+void write_states(const framework_state& states) {
+    update(1, "UPDATE framework SET now = ?, after_restart = ?, secret_scene = ?, restarts = ?, requested_restarts = ?",
+           {std::int64_t{states.now}, std::int64_t{states.after_restart}, std::int64_t{states.is_secret_scene},
+            states.restarts, states.requested_restarts});
+    for (const module_state& module : states.modules) {
+        update(1, "UPDATE module SET now = ?, after_restart = ? WHERE number = ?",
+               {std::int64_t{module.now}, std::int64_t{module.after_restart}, std::int64_t{module.number}});
+    }
 }
 
 void set_secret_scene(bool is_on) {

@@ -48,13 +48,16 @@ int read_secret_scene();
 /// does not exist.
 int read_module_status(int module);
 
-/// Returns all of it as it is at one moment.
+/// Returns all of it as it is at one moment. While the framework is disabled no module is on.
 framework_state read_states();
 
 /// Switches the secret scene mode.
 void set_secret_scene(bool is_on);
 
 // The following are parts of a transaction that the caller opens.
+
+/// Sets all of it, but for modules that `states` does not name.
+void write_states(const framework_state& states);
 
 /// Switches `module` at once and for later. Throws a failure while the framework is disabled.
 void switch_module(int module, int status);

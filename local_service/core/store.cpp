@@ -146,8 +146,8 @@ int change(const std::string& sql, bound_values bound) {
     });
 }
 
-transaction::transaction() {
-    change("BEGIN IMMEDIATE");
+transaction::transaction(access wanted) {
+    change(wanted == access::write ? "BEGIN IMMEDIATE" : "BEGIN");
 }
 
 transaction::~transaction() {
@@ -167,9 +167,15 @@ void transaction::commit() {
     is_open_ = false;
 }
 
+void reset_policies() {
+    on_store([](connection& store) { return store.database.exec(std::string(clear_policies) + insert_initial_rows); });
+}
+
 void reset_store() {
     transaction reset;
-    on_store([](connection& store) { return store.database.exec(std::string(clear_tables) + insert_initial_rows); });
+    reset_policies();
+    change("DELETE FROM log");
+    change("DELETE FROM failing");
     reset.commit();
 }
 
@@ -189,14 +195,16 @@ void require_room() {
     }
 }
 
-bool has_store() {
-    return has_store_file(state_directory());
+void replace_store() {
+    const std::string directory = state_directory();
+    if (has_store_file(directory)) {
+        remove_store_file(directory);
+    }
+    open_store();
 }
 
-std::int64_t count_records(const std::string& table) {
-    query count("SELECT COUNT(*) FROM " + table);
-    count.next();
-    return count.number(0);
+bool has_store() {
+    return has_store_file(state_directory());
 }
 
 }  // namespace local_service

@@ -49,7 +49,10 @@ int change(const std::string& sql, bound_values bound = {});
 /// other processes wait from the beginning on.
 class transaction {
 public:
-    transaction();
+    /// Readers hold up nobody and see the store as it is at one moment.
+    enum class access { read, write };
+
+    explicit transaction(access wanted = access::write);
     transaction(const transaction&) = delete;
     transaction& operator=(const transaction&) = delete;
     ~transaction();
@@ -68,10 +71,13 @@ bool has_store();
 /// added, so that there is still room to take something off when nothing more can be added.
 void require_room();
 
+/// Brings states and policies back to what a new store holds, as a part of the transaction that the caller opens.
+void reset_policies();
+
 /// Brings the store back to what it holds when new.
 void reset_store();
 
-/// Returns how many records the table `table` of the store holds.
-std::int64_t count_records(const std::string& table);
+/// Removes the store, whatever it holds, and makes a new one.
+void replace_store();
 
 }  // namespace local_service

@@ -10,12 +10,13 @@
 #include <string>
 #include <thread>
 
-#include "core/entry_list.h"
+#include "core/json_text.h"
 #include "core/log.h"
 #include "core/state_directory.h"
-#include "core/states.h"
-#include "core/store.h"
-#include "service/status.h"
+#include "core/wished_failure.h"
+#include "tool/content.h"
+#include "tool/document.h"
+#include "tool/document_fields.h"
 
 namespace local_service {
 namespace {
@@ -23,19 +24,6 @@ namespace {
 constexpr int name_width = 18;
 constexpr int status_width = 6;
 constexpr std::chrono::milliseconds follow_interval(200);
-
-std::string name_of_status(int status) {
-    switch (status) {
-        case orvex_status_disabled:
-            return "disabled";
-        case orvex_status_enabled:
-            return "enabled";
-        case orvex_status_permissive:
-            return "permissive";
-        default:
-            return std::to_string(status);
-    }
-}
 
 std::string name_of_module(int module) {
     const auto* found = std::find_if(modules.begin(), modules.end(),
@@ -52,28 +40,83 @@ void print_row(const std::string& name, const std::string& text) {
 }
 
 void print_states(const framework_state& states) {
-    print_row("Framework:", name_of_status(states.now) + ", after a restart " + name_of_status(states.after_restart));
+    print_row("Framework:", word_of_status(states.now) + ", after a restart " + word_of_status(states.after_restart));
     print_row("Secret scene:", on_or_off(states.is_secret_scene ? 1 : 0));
     print_row("Restarts:", std::to_string(states.restarts) + " simulated, " +
                                std::to_string(states.requested_restarts) + " of them asked for by a change of state");
-    const bool is_in_force = states.now != orvex_status_disabled;
     std::cout << '\n';
     print_row("Modules:", "now   after a restart");
     for (const module_state& module : states.modules) {
-        const std::string now = is_in_force ? on_or_off(module.now) : "off";
         std::cout << "  " << std::setw(name_width - 2) << name_of_module(module.number) << std::setw(status_width)
-                  << now << on_or_off(module.after_restart) << '\n';
+                  << on_or_off(module.now) << on_or_off(module.after_restart) << '\n';
     }
 }
 
-void print_list(const char* title, const entry_list& list) {
-    const std::vector<std::string> texts = list.texts();
-    if (texts.empty()) {
+/// Returns `text` as it is where that can be told from everything else on a line, else as JSON.
+std::string line_form(const std::string& text) {
+    const bool is_plain = is_utf8(text) && !text.empty() && text.front() != '"' && text.front() != '{' &&
+                          std::none_of(text.begin(), text.end(), [](char letter) {
+                              return static_cast<unsigned char>(letter) < ' ' || letter == '\x7f';
+                          });
+    return is_plain && text.front() != ' ' && text.back() != ' ' ? text : json_text(text);
+}
+
+/// Prints the heading `title` and a row for each of `items`, where there are some.
+template <class Items, class PrintRow>
+void print_list(const char* title, const Items& items, PrintRow print_one) {
+    if (items.empty()) {
         return;
     }
     std::cout << '\n' << title << ":\n";
-    for (const std::string& text : texts) {
-        std::cout << "  " << text << '\n';
+    for (const auto& item : items) {
+        std::cout << "  ";
+        print_one(item);
+        std::cout << '\n';
+    }
+}
+
+std::string word_of_net_status(std::int32_t status) {
+    switch (status) {
+        case netctl_allow:
+            return "allow";
+        case netctl_deny:
+            return "deny";
+        default:
+            return std::to_string(status);
+    }
+}
+
+void print_net_policy(const net_policy& policy, std::size_t part) {
+    std::cout << line_form(policy.name) << ": " << word_of_net_status(policy.status) << ", user " << policy.uid
+              << ", tag " << policy.tag;
+    for (std::size_t index = 0; index < policy.texts.size(); ++index) {
+        if (const char* field = net_text_fields[part][index]; field != nullptr) {
+            std::cout << ", " << field << ' ' << json_text(policy.texts[index]);
+        }
+    }
+}
+
+void print_excepted(const excepted_object& object) {
+    std::cout << line_form(object.resource) << ':';
+    for (const stored_exception& exception : object.exceptions) {
+        std::cout << "\n    " << word_of_exception(exception.kind) << ' ' << line_form(exception.text);
+    }
+}
+
+void print_policies(const store_content& content) {
+    print_list("Files on the whitelist of execution control", content.whitelist, [](const whitelisted_file& file) {
+        std::cout << std::left << std::setw(status_width + 2) << word_of(status_of(file)) << line_form(file.path);
+    });
+    for (std::size_t part = 0; part < net_parts.size(); ++part) {
+        print_list(net_parts[part].title, content.net[part],
+                   [&](const net_policy& policy) { print_net_policy(policy, part); });
+    }
+    for (std::size_t part = 0; part < text_parts.size(); ++part) {
+        print_list(text_parts[part].title, content.texts[part],
+                   [](const std::string& text) { std::cout << line_form(text); });
+    }
+    for (std::size_t part = 0; part < exception_parts.size(); ++part) {
+        print_list(exception_parts[part].title, content.exceptions[part], print_excepted);
     }
 }
 
@@ -99,24 +142,17 @@ std::int64_t print_records_after(std::int64_t number) {
 }  // namespace
 
 void print_store() {
-    const framework_state states = read_states();
-    print_row("State directory:", state_directory());
-    print_states(states);
-    print_list("Kernel modules protected from unloading", lists::kernel_modules);
-    print_list("Programs that execution control leaves alone", lists::exec_files);
-    print_list("Packages that execution control leaves alone", lists::exec_packages);
-    print_list("Read-only files and directories", lists::protected_files);
-    print_list("Read-only packages", lists::protected_packages);
-    print_list("Programs protected from being killed", lists::protected_programs);
-    print_list("Programs that may not be protected from being killed", lists::blacklist);
-    print_list("Files labelled root", lists::role_labels[0]);
-    print_list("Files labelled secadm", lists::role_labels[1]);
-    print_list("Files labelled auditadm", lists::role_labels[2]);
+    const store_content content = read_content();
+    print_row("State directory:", line_form(state_directory()));
+    print_states(content.states);
+    print_policies(content);
     std::cout << '\n';
-    print_row("Whitelisted:", std::to_string(count_records("whitelist")));
-    print_row("Network policies:", std::to_string(count_records("net_policy")));
-    print_row("Exceptions:", std::to_string(count_records("exception")));
-    print_row("Log records:", std::to_string(count_records("log")));
+    print_row("Log records:", std::to_string(count_log_records()));
+    print_row("Wished failures:", std::to_string(read_failure_wishes().size()));
+}
+
+void print_document() {
+    std::cout << make_document(read_content());
 }
 
 void print_log(bool is_following) {

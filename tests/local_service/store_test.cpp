@@ -176,7 +176,7 @@ TEST_F(store, of_another_version_is_refused) {
     orvex_scene_getstatus();
     setenv("ORVEX_LOCAL_STATE", path("state").c_str(), 1);
     EXPECT_LT(orvex_scene_getstatus(), 0);
-    EXPECT_EQ(last_error(), path("state/orvex.db") + ": a store of version 99, where version 1 is needed");
+    EXPECT_EQ(last_error(), path("state/orvex.db") + ": a store of version 99, where version 2 is needed");
 }
 
 TEST_F(store, that_is_no_database_is_refused) {
