@@ -62,42 +62,6 @@ END
   expect_with_errors 1 "orvex_local: $state: the store cannot be made: Permission denied"$'\n' </dev/null
 }
 
-# fill_and_empty: adds to the store until nothing more can be added, and takes all of it off again.
-fill_and_empty() {
-  local number=0 answer name
-  mount -t tmpfs -o size=200k,mode=755 state "$ORVEX_LOCAL_STATE" || exit 77
-  orvex_policy kmod on >/dev/null
-  orvex_local restart >/dev/null
-  # Names of 999 letters, so that a few fill a page.
-  printf -v name '%0999d' "$number"
-  while answer=$(orvex_policy kmod -A -n "$name" 2>&1) && [[ -z $answer ]]; do
-    number=$((number + 1))
-    printf -v name '%0999d' "$number"
-  done
-  head -n 1 <<<"$answer"
-  [[ $number -gt 5 ]] || echo "full after $number"
-  while [[ $number -gt 0 ]]; do
-    number=$((number - 1))
-    printf -v name '%0999d' "$number"
-    orvex_policy kmod -D -n "$name"
-  done
-  orvex_policy kmod -A -n again
-  orvex_policy kmod -L
-  ls -A "$ORVEX_LOCAL_STATE"
-}
-
-@test "a full disk is told, and what is on the store can be taken off it again" {
-  as 0 unshare --mount --map-root-user bash -c "$(declare -f fill_and_empty); fill_and_empty"
-  [[ $exit_value -ne 77 ]] || skip 'this machine allows no mounts'
-  expect 0 <<END
-local_service: $state/orvex.db: the disk is full but for the room that is kept for taking something off
-模块名称: again, 防卸载保护: 开
-orvex.db
-orvex.db-shm
-orvex.db-wal
-END
-}
-
 # shellcheck disable=SC2016
 @test "a disk without room for a store keeps nothing of the attempt" {
   as 0 unshare --mount --map-root-user bash -c '
