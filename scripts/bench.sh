@@ -11,6 +11,7 @@ source scripts/lib/session.bash
 source scripts/lib/playground.bash
 
 status_limit=1.3
+call_limit=1.5
 
 # print_loaded PROGRAM: the libraries that it is loaded with, sorted.
 print_loaded() {
@@ -45,6 +46,14 @@ measure_status() {
     }' "$scratch/status.csv" || exit_value=1
 }
 
+# Each service function of the stand-in asks whether it is traced and whether it is to fail.
+measure_call() {
+  read -r ratio nanoseconds < <(call_cost)
+  printf 'a call, neither traced nor to fail: %s times its system call, %s ns more (limit %s)\n' \
+    "$ratio" "$nanoseconds" "$call_limit"
+  awk -v ratio="$ratio" -v limit="$call_limit" 'BEGIN { exit ratio > limit }' || exit_value=1
+}
+
 measure_exec() {
   announce 'building packages of many files'
   tests/packages/make_packages.sh "$scratch/packages" bench/specs
@@ -59,7 +68,7 @@ scripts/bootstrap.sh --all
 announce 'building'
 cmake --preset release
 cmake --build --preset release --target \
-  orvex_policy orvex_local one_line owner_query_loop package_walk peak_memory
+  orvex_policy orvex_local call_cost one_line owner_query_loop package_walk peak_memory
 
 PATH="$PWD/build/release/bin:$PATH"
 make_scratch
@@ -68,5 +77,6 @@ mkdir "$ORVEX_LOCAL_STATE"
 
 exit_value=0
 measure_status
+measure_call
 measure_exec
 exit "$exit_value"

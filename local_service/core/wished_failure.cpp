@@ -85,7 +85,7 @@ void remove_idle_marker() {
 
 std::optional<next_wish> take_turn(const char* function) {
     transaction whole;
-    const std::optional<next_wish> next = find_next(function);
+    std::optional<next_wish> next = find_next(function);
     if (next.has_value()) {
         count_down(*next);
     }

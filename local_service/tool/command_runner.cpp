@@ -114,6 +114,7 @@ int execute(const std::vector<std::string>& words) {
     constexpr int not_found = 127;
     std::vector<std::string> copies = words;
     std::vector<char*> pointers;
+    pointers.reserve(copies.size() + 1);
     for (std::string& word : copies) {
         pointers.push_back(word.data());
     }

@@ -22,6 +22,7 @@ const service_call& find_call(const std::string& name) {
         return *found;
     }
     std::vector<std::string> names;
+    names.reserve(calls.size());
     for (const service_call& call : calls) {
         names.emplace_back(call.name);
     }
