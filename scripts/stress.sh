@@ -1,43 +1,38 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Puts the stand-in's store under load and faults for some minutes, and tells what was counted. Ends with a failure at
-# the first loss, crash or remnant.
+# Puts the stand-in's store under load and faults for some minutes, and tells what was counted: makers and writers are
+# killed, many write at once, a small disk runs full and databases are damaged. Ends with a failure at the first loss, crash
+# or remnant.
+#
+# usage: scripts/stress.sh [--programs DIR]
+#
+#   --programs DIR   take the programs in DIR instead of building them
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+source scripts/lib/script.bash
 source scripts/lib/session.bash
-source scripts/lib/stress.bash
+source scripts/lib/playground.bash
 
-case "$#:${1-}" in
-  0:) ;;
-  1:-h | 1:--help)
-    echo 'usage: scripts/stress.sh'
-    echo "Kills makers and writers of the stand-in's store, writes with many processes, fills a small disk and damages"
-    echo 'the database, and prints what it has counted. Takes some minutes.'
-    exit 0
-    ;;
-  *)
-    printf 'stress: unknown argument: %s\n' "$1" >&2
-    exit 2
-    ;;
-esac
+read_arguments "$@"
+[[ ${#operands[@]} -eq 0 ]] || refuse_argument "${operands[0]}"
+check_users
+build_programs
+make_scratch
+PATH=$programs:$PATH
 
-# Everything is played as root, and a small disk takes a mount namespace: an ordinary user has both in namespaces.
-if [[ -z ${ORVEX_STRESS_PLACE-} ]]; then
-  scripts/bootstrap.sh
-  cmake --preset release
-  cmake --build --preset release --target orvex_policy orvex_local
-  place=$(mktemp -d)
-  trap 'rm -rf "$place"' EXIT
-  trap 'exit 130' INT TERM
-  ORVEX_STRESS_PLACE=$place unshare --map-root-user --mount "$PWD/scripts/stress.sh"
-  exit
+# play FUNCTION ARGUMENT...
+play() {
+  "${user_prefix[@]}" bash scripts/lib/stress.bash "$scratch" "$@"
+}
+
+become 0
+play kill_makers 600
+play kill_writers 2000
+play write_at_once 8 100
+play damage_stores 200
+user_prefix=(unshare --map-root-user --mount)
+if "${user_prefix[@]}" true 2>/dev/null; then
+  play fill_disks 5
+else
+  announce 'no full disk, as this machine allows no mounts'
 fi
-
-PATH="$PWD/build/release/bin:$PATH"
-begin_stress "$ORVEX_STRESS_PLACE"
-
-kill_makers 600
-kill_writers 2000
-write_at_once 8 100
-fill_disks 5
-damage_stores 200

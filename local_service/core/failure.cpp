@@ -44,7 +44,7 @@ void tell_once(const char* text) noexcept {
     static bool is_told = false;
     if (!is_told) {
         is_told = true;
-        std::fprintf(stderr, "local_service: %s\n", text);
+        static_cast<void>(std::fprintf(stderr, "local_service: %s\n", text));
     }
 }
 

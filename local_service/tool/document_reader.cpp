@@ -59,7 +59,7 @@ std::vector<std::string> read_texts(const document_node& list, text_sort sort) {
 }
 
 std::string read_digest(const document_node& node) {
-    const std::string digest = node.text(text_sort::name);
+    std::string digest = node.text(text_sort::name);
     constexpr std::size_t digits = 64;
     if (digest.size() != digits || digest.find_first_not_of("0123456789abcdef") != std::string::npos) {
         node.refuse("no SHA-256, which has 64 hexadecimal digits in lower case");
@@ -205,6 +205,7 @@ module_state read_module(const document_node& node, int number, bool is_framewor
 
 void read_modules(const document_node& node, framework_state& states) {
     std::vector<std::string> names;
+    names.reserve(modules.size());
     for (const known_module& module : modules) {
         names.emplace_back(module.name);
     }

@@ -15,15 +15,14 @@ namespace local_service {
 namespace {
 
 const service_call& find_call(const std::string& name) {
-    const std::vector<service_call>& calls = service_calls();
-    const auto found =
-        std::find_if(calls.begin(), calls.end(), [&](const service_call& call) { return call.name == name; });
-    if (found != calls.end()) {
+    const auto* found = std::find_if(service_calls.begin(), service_calls.end(),
+                                     [&](const service_call& call) { return call.name == name; });
+    if (found != service_calls.end()) {
         return *found;
     }
     std::vector<std::string> names;
-    names.reserve(calls.size());
-    for (const service_call& call : calls) {
+    names.reserve(service_calls.size());
+    for (const service_call& call : service_calls) {
         names.emplace_back(call.name);
     }
     throw unknown_word("service function", name, names);

@@ -11,10 +11,10 @@ namespace {
 std::size_t distance(const std::string& word, const std::string& other) {
     std::vector<std::size_t> row(other.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t index = 0; index < word.size(); ++index) {
+    for (const char letter : word) {
         std::size_t diagonal = row[0]++;
         for (std::size_t column = 1; column <= other.size(); ++column) {
-            const std::size_t replaced = diagonal + (word[index] == other[column - 1] ? 0 : 1);
+            const std::size_t replaced = diagonal + (letter == other[column - 1] ? 0 : 1);
             diagonal = row[column];
             row[column] = std::min({replaced, row[column] + 1, row[column - 1] + 1});
         }
@@ -30,8 +30,8 @@ usage_error unknown_word(const std::string& kind, const std::string& word, const
             return distance(word, first) < distance(word, second);
         });
     const bool is_similar = nearest != known.end() && distance(word, *nearest) <= nearest->size() / 2;
-    return usage_error("unknown " + kind + " '" + word + "'" +
-                       (is_similar ? ", did you mean '" + *nearest + "'?" : std::string()));
+    const std::string advice = is_similar ? ", did you mean '" + *nearest + "'?" : "";
+    return usage_error{"unknown " + kind + " '" + word + "'" + advice};
 }
 
 }  // namespace local_service

@@ -3,12 +3,11 @@
 # Load and faults for the stand-in's store. Each function plays one of them as often as it is told to, in a state
 # directory of its own, prints one line with what it has counted, and fails at the first loss, crash or remnant. The
 # programs are found in the PATH, and run as root.
-
-# begin_stress PLACE: what comes happens in this directory.
-begin_stress() {
-  place=$1
-  exec {silence}<> <(:)
-}
+#
+# usage: bash stress.bash PLACE FUNCTION ARGUMENT...
+set -euo pipefail
+place=$1
+exec {silence}<> <(:)
 
 # fault TEXT: the end of a run that has found something.
 fault() {
@@ -126,12 +125,11 @@ fill_disk() {
   [[ -z $(orvex_policy kmod -L) ]] || fault 'an emptied store is not empty'
 }
 
-# fill_disks COUNT: that on a file system of 200 KiB, which only a mount namespace can have. Ends with 77 where this
-# machine allows none.
+# fill_disks COUNT: that on a file system of 200 KiB, in a mount namespace.
 fill_disks() {
   local round
   begin_state disk
-  mount -t tmpfs -o size=200k,mode=755 state "$ORVEX_LOCAL_STATE" || return 77
+  mount -t tmpfs -o size=200k,mode=755 state "$ORVEX_LOCAL_STATE"
   orvex_policy kmod on >/dev/null
   orvex_local restart >/dev/null
   for ((round = 0; round < $1; ++round)); do
@@ -188,3 +186,5 @@ damage_stores() {
   done
   echo "damaged databases: $1, of which $refused were refused as a whole, no crash"
 }
+
+"${@:2}"

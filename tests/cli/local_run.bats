@@ -43,6 +43,7 @@ as_ordinary_user() {
     become=(setpriv --reuid 1234 --regid 1234 --clear-groups)
     "${become[@]}" test -x "$ORVEX_BIN_DIR/orvex_local" || skip 'the programs are not for everybody'
   fi
+  "${become[@]}" unshare --user true 2>/dev/null || skip 'this machine allows an ordinary user no user namespaces'
   exit_value=0
   "${become[@]}" env -i "${session_environment[@]}" "$@" \
     >"$BATS_TEST_TMPDIR/output" 2>"$BATS_TEST_TMPDIR/errors" || exit_value=$?

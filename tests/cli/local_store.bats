@@ -48,6 +48,7 @@ print_unknown_status() {
   chmod 755 "$BATS_RUN_TMPDIR" "${BATS_TEST_TMPDIR%/*}" "$BATS_TEST_TMPDIR"
   setpriv --reuid 600 test -x "$ORVEX_BIN_DIR/orvex_local" || skip 'the programs are not for everybody'
   do_silently 0 orvex_local scene off
+  chown -R 0 "$state"
   chmod 700 "$state"
   as 0 orvex_local run --uid 600 orvex_policy enable
   expect_with_errors 255 "local_service: $state/orvex.db: Permission denied"$'\n' <<'END'
@@ -64,10 +65,10 @@ END
 
 # shellcheck disable=SC2016
 @test "a disk without room for a store keeps nothing of the attempt" {
-  as 0 unshare --mount --map-root-user bash -c '
-    mount -t tmpfs -o size=40k,mode=755 state "$ORVEX_LOCAL_STATE" || exit 77
-    orvex_local scene on
+  unshare --map-root-user --mount true 2>/dev/null || skip 'this machine allows no mounts'
+  as 0 unshare --map-root-user --mount bash -ec '
+    mount -t tmpfs -o size=40k,mode=755 state "$ORVEX_LOCAL_STATE"
+    orvex_local scene on || true
     ls -A "$ORVEX_LOCAL_STATE"'
-  [[ $exit_value -ne 77 ]] || skip 'this machine allows no mounts'
   expect_with_errors 0 "orvex_local: $state/orvex.db: cannot be made: No space left on device"$'\n' </dev/null
 }

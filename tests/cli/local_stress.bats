@@ -6,15 +6,12 @@ load support/session.bash
 
 setup() {
   start_session
-  PATH="$ORVEX_BIN_DIR:$PATH"
+  mounting=()
 }
 
-# play FUNCTION ARGUMENT...: plays it as root of namespaces of its own, with the figures as the only output.
-# shellcheck disable=SC2016
+# play FUNCTION ARGUMENT...: plays it, and keeps what it printed and its exit value.
 play() {
-  as 0 unshare --map-root-user --mount bash -euo pipefail -c \
-    'source "$1"; begin_stress "$2"; "${@:3}"' play \
-    "$ORVEX_SOURCE_DIR/scripts/lib/stress.bash" "$PWD" "$@"
+  as 0 "${mounting[@]}" bash "$ORVEX_SOURCE_DIR/scripts/lib/stress.bash" "$PWD" "$@"
 }
 
 # expect_figures PATTERN: the last play came to its end and counted something like this.
@@ -40,20 +37,13 @@ expect_figures() {
 }
 
 @test "a full disk is told, and its store can be emptied and filled again" {
+  mounting=(unshare --map-root-user --mount)
+  "${mounting[@]}" true 2>/dev/null || skip 'this machine allows no mounts'
   play fill_disks 1
-  [[ $exit_value -ne 77 ]] || skip 'this machine allows no mounts'
   expect_figures 'full disk of 200 KiB: filled and emptied 1 times'
 }
 
 @test "a damaged database is refused or answers, and nothing crashes" {
   play damage_stores 12
   expect_figures 'damaged databases: 12, of which .* were refused as a whole, no crash'
-}
-
-@test "the long form tells how it is used, and refuses what it does not know" {
-  as 0 "$ORVEX_SOURCE_DIR/scripts/stress.sh" --help
-  [[ $exit_value -eq 0 && $(head -n 1 "$BATS_TEST_TMPDIR/output") == 'usage: scripts/stress.sh' ]]
-  as 0 "$ORVEX_SOURCE_DIR/scripts/stress.sh" --fast
-  expect_with_errors 2 'stress: unknown argument: --fast
-' </dev/null
 }

@@ -39,7 +39,7 @@ TEST_F(traced, calls_are_objects_of_json_with_all_arguments) {
         EXPECT_TRUE(call["arguments"].is_object()) << line;
         seen.insert(call["call"].get<std::string>());
     }
-    for (const auto& call : local_service::service_calls()) {
+    for (const auto& call : local_service::service_calls) {
         EXPECT_EQ(seen.count(call.name), 1U) << call.name;
     }
 }
@@ -51,7 +51,7 @@ TEST_F(traced, calls_are_lines_with_their_results) {
     for (const std::string& line : lines) {
         const std::string name = line.substr(0, line.find('('));
         const bool has_result = line.find(") = ") != std::string::npos;
-        for (const auto& call : local_service::service_calls()) {
+        for (const auto& call : local_service::service_calls) {
             if (call.name == name) {
                 EXPECT_EQ(has_result, call.result != call_result::nothing) << line;
             }

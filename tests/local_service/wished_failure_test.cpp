@@ -159,7 +159,7 @@ TEST_F(wished_failure, is_listed_as_it_could_be_typed) {
 }
 
 TEST_F(wished_failure, can_be_had_of_every_function_that_returns_something) {
-    for (const service_call& call : service_calls()) {
+    for (const service_call& call : service_calls) {
         EXPECT_NE(dlsym(RTLD_DEFAULT, call.name), nullptr) << call.name;
         const char* result = call.result == call_result::pointer ? " null" : " -1";
         EXPECT_EQ(run("fail " + std::string(call.name) + result), call.result == call_result::nothing ? 2 : 0);

@@ -13,6 +13,10 @@ play() {
   done
 }
 
+@test "the stand-in's sessions come out as they stand there" {
+  play "$ORVEX_SOURCE_DIR/docs/local-service.md"
+}
+
 # A player that compares nothing would pass the tests above.
 @test "an output that does not fit is told" {
   sed 's/^orvex status : enable$/orvex status : enabled/' "$ORVEX_SOURCE_DIR/README.md" >"$BATS_TEST_TMPDIR/wrong.md"
