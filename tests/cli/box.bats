@@ -59,6 +59,7 @@ expect_box_help_for() {
 }
 
 @test "without rights the box shows its help and nothing else" {
+  make_store
   as 1234 orvex_policy box -h
   expect 0 < <(print_box_help)
   as 1234 orvex_policy box --help

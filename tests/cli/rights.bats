@@ -26,6 +26,7 @@ expect_refused_for() {
 }
 
 @test "only root changes the global state" {
+  make_store
   for user in 1 599 600 601 1234; do
     expect_refused_state_for "$user" "$root_line"
   done

@@ -66,6 +66,12 @@ do_silently() {
   expect_silence
 }
 
+# make_store: the store is there, which a user without rights could not make.
+make_store() {
+  as 0 orvex_policy status
+  [[ $exit_value -eq 0 ]]
+}
+
 # restart: the simulated restart of the machine.
 restart() {
   as 0 orvex_local restart
