@@ -26,12 +26,6 @@ show() {
   run_as 0 "$@"
 }
 
-# show_as_secadm COMMAND...: the same, as the security administrator.
-show_as_secadm() {
-  print_typed run_as 600 "$@"
-  run_as 600 "$@"
-}
-
 # show_with_processes COMMAND...: the same, where the demonstration's processes are to be seen.
 show_with_processes() {
   print_typed "$@"
@@ -69,7 +63,7 @@ show_userid() {
   chapter 'With the administrator roles separated root may look, but not act; the security administrator is user 600'
   show orvex_local roles on
   show orvex_policy kmod -D -n ext4
-  show_as_secadm orvex_policy kmod -D -n ext4
+  show orvex_local run --uid 600 orvex_policy kmod -D -n ext4
   show orvex_policy kmod -L
   chapter 'Files carry the labels of the roles'
   show orvex_local label add secadm "$root/orvex-demo/bin/hello"

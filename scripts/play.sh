@@ -8,7 +8,7 @@
 #   --programs DIR   play with the programs in DIR instead of building them
 #   PLACE            the directory to play in, which must not exist; /tmp/demo if none is named
 #
-# In the shell, run_as 600 COMMAND... runs a command as the security administrator.
+# In the shell, "orvex_local run --uid 600 COMMAND..." runs a command as the security administrator.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/lib/script.bash
@@ -29,7 +29,7 @@ open_shell() {
   if [[ -t 0 ]]; then
     shell=(bash --noprofile --rcfile "$scratch/shell")
   fi
-  BASH_ENV="$scratch/shell" "${user_prefix[@]}" "${shell[@]}" || true
+  "${user_prefix[@]}" "${shell[@]}" || true
 }
 
 read_arguments "$@"
@@ -38,11 +38,7 @@ check_users
 build_programs
 take_place "${operands[0]-/tmp/demo}"
 prepare_playground "$scratch"
-{
-  declare -f is_mapped become run_as
-  echo "PS1='# '"
-  echo 'unset HISTFILE BASH_ENV'
-} >"$scratch/shell"
+printf '%s\n' "PS1='# '" 'unset HISTFILE' >"$scratch/shell"
 cd "$scratch"
 make_kernel_module watchdog.ko watchdog
 open_shell

@@ -23,7 +23,7 @@ become() {
   elif [[ $EUID -eq 0 ]] && is_mapped "$1"; then
     user_prefix=(setpriv "--reuid=$1" "--regid=$1" --clear-groups)
   else
-    user_prefix=(unshare --user "--map-user=$1")
+    user_prefix=(unshare --user "--map-user=$1" "--map-group=$1")
   fi
 }
 
