@@ -86,12 +86,13 @@ void write_record(value_writer& out, const orvex_exectl_obj& record) {
 
 void write_chain(value_writer& out, const orvex_exectl_list_obj* head) {
     std::int64_t count = 0;
-    for (const orvex_exectl_list_obj* link = head; link != nullptr; link = link->next) {
+    for (const orvex_exectl_list_obj* counted = head; counted != nullptr; counted = counted->next) {
         ++count;
     }
+    const orvex_exectl_list_obj* link = head;
     out.write_list(count, [&](std::int64_t) {
-        write_record(out, head->obj);
-        head = head->next;
+        write_record(out, link->obj);
+        link = link->next;
     });
 }
 
