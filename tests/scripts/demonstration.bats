@@ -30,9 +30,10 @@ demonstrate() {
   for signal in INT TERM; do
     # In a process group of its own, as on a terminal; a background process would ignore the interrupt.
     setsid env --default-signal=INT scripts/demo.sh --programs "$ORVEX_BIN_DIR" \
-      >"$BATS_TEST_TMPDIR/output" 2>&1 3>&- &
+      >"$BATS_TEST_TMPDIR/$signal" 2>&1 3>&- &
     demonstration=$!
-    until grep -q '^== ' "$BATS_TEST_TMPDIR/output"; do
+    until grep -qs '^== ' "$BATS_TEST_TMPDIR/$signal"; do
+      kill -0 "$demonstration"
       sleep 0.1
     done
     [[ -n $(ls "$TMPDIR") ]]
