@@ -77,7 +77,7 @@ framework_state read_states() {
 
 void write_states(const framework_state& states) {
     update(1, "UPDATE framework SET now = ?, after_restart = ?, secret_scene = ?, restarts = ?, requested_restarts = ?",
-           {std::int64_t{states.now}, std::int64_t{states.after_restart}, std::int64_t{states.is_secret_scene},
+           {std::int64_t{states.now}, std::int64_t{states.after_restart}, std::int64_t{states.is_secret_scene ? 1 : 0},
             states.restarts, states.requested_restarts});
     for (const module_state& module : states.modules) {
         update(1, "UPDATE module SET now = ?, after_restart = ? WHERE number = ?",
