@@ -6,7 +6,8 @@ bats_require_minimum_version 1.5.0
 load "$ORVEX_SOURCE_DIR/scripts/lib/session.bash"
 load support/texts.bash
 
-# start_session: gives the test a home, a state and a working directory of its own, all empty, and no input.
+# start_session: gives the test a home, a state and a working directory of its own, all empty, and no input. The programs
+# lie in $programs, where all its users can run them.
 start_session() {
   can_run_as 600 || skip 'this machine allows an ordinary user no user namespaces'
   # Other users of the session have to come by.
@@ -15,9 +16,10 @@ start_session() {
   make_state "$BATS_TEST_TMPDIR/state"
   cd "$BATS_TEST_TMPDIR/desk" || return
   exec </dev/null
+  programs=$(reach_programs "$ORVEX_BIN_DIR" "$BATS_TEST_TMPDIR/programs")
   session_environment=(
     "HOME=$BATS_TEST_TMPDIR/home"
-    "PATH=$(reach_programs "$ORVEX_BIN_DIR" "$BATS_TEST_TMPDIR/programs"):/usr/bin:/bin"
+    "PATH=$programs:/usr/bin:/bin"
     'LC_ALL=C.UTF-8'
     "ORVEX_LOCAL_STATE=$BATS_TEST_TMPDIR/state"
   )
