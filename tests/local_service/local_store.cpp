@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "local_store.h"
 
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "core/log.h"
 #include "core/states.h"
@@ -21,11 +23,20 @@ uid_t& present_user() {
     return user;
 }
 
+std::optional<uid_t>& pretended_user() {
+    static std::optional<uid_t> user;
+    return user;
+}
+
 }  // namespace
 
-// Takes the place of the C library's own, also for the libraries under test.
+// These take the place of the C library's own, also for the libraries under test.
 extern "C" uid_t getuid() noexcept {
     return present_user();
+}
+
+extern "C" uid_t geteuid() noexcept {
+    return pretended_user().value_or(static_cast<uid_t>(syscall(SYS_geteuid)));
 }
 
 void local_store::SetUp() {
@@ -37,6 +48,7 @@ void local_store::SetUp() {
 }
 
 void local_store::TearDown() {
+    pretended_user().reset();
     std::filesystem::remove_all(directory_);
 }
 
@@ -56,6 +68,10 @@ std::string local_store::make_directory(const std::string& name) const {
 
 void become(uid_t user) {
     present_user() = user;
+}
+
+void pretend_files_of(uid_t user) {
+    pretended_user() = user;
 }
 
 pid_t start_child(const std::function<int()>& work) {

@@ -39,6 +39,9 @@ private:
 /// Sets the user that the libraries take the caller for, up to the end of the test.
 void become(uid_t user);
 
+/// Sets the user whose files the libraries take for the caller's, up to the end of the test.
+void pretend_files_of(uid_t user);
+
 /// Runs `work` in a child process, waits for it and returns its result, or -1 where a signal ended the child.
 int run_in_child(const std::function<int()>& work);
 
