@@ -16,7 +16,7 @@
 #include "service/taskctl.h"
 
 int tool::run(const std::string& arguments) {
-    const std::string command = "{ " ORVEX_LOCAL_PROGRAM " " + arguments + "; } 2>'" + path("errors") + "'";
+    const std::string command = "{ '" ORVEX_LOCAL_PROGRAM "' " + arguments + "; } 2>'" + path("errors") + "'";
     FILE* output = popen(command.c_str(), "r");
     output_.clear();
     std::array<char, 4096> buffer{};

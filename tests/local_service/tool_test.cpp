@@ -164,7 +164,7 @@ TEST_F(tool, log_prints_one_record_a_line) {
 TEST_F(tool, log_follows_with_f) {
     orvex_log(18, "tag", "function", "first");
     const std::string command =
-        "timeout 20 " ORVEX_LOCAL_PROGRAM " log -f | { read -r line; echo \"$line\"; read -r line; echo \"$line\"; }";
+        "timeout 20 '" ORVEX_LOCAL_PROGRAM "' log -f | { read -r line; echo \"$line\"; read -r line; echo \"$line\"; }";
     FILE* output = popen(command.c_str(), "r");
     std::array<char, 256> line{};
     ASSERT_NE(std::fgets(line.data(), line.size(), output), nullptr);
