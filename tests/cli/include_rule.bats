@@ -32,6 +32,7 @@ print_forbidden() {
     case "$from $to" in
       front\ front | front\ modules/* | front\ framework | front\ service) ;;
       modules/*\ framework | modules/*\ service) ;;
+      on_demand\ on_demand | on_demand\ framework) ;;
       framework\ framework | framework\ service) ;;
       service\ service | local_service\ service) ;;
       *) [[ $from == modules/* && $from == "$to" ]] || echo "$from $to" ;;
@@ -44,22 +45,25 @@ print_forbidden() {
   # The rule cannot pass on an empty list.
   grep -qx 'front modules/exec' edges
   grep -qx 'modules/exec framework' edges
+  grep -qx 'on_demand framework' edges
   grep -qx 'framework service' edges
   grep -qx 'local_service service' edges
   diff -u /dev/null <(print_forbidden <edges)
 }
 
 @test "an include that goes up, across or around is seen" {
-  mkdir -p tree/src/{front,framework,service,modules/{exec,net}} tree/local_service
-  touch tree/src/{front/a.h,framework/a.h,service/a.h,modules/exec/a.h,modules/net/a.h}
+  mkdir -p tree/src/{front,framework,on_demand,service,modules/{exec,net}} tree/local_service
+  touch tree/src/{front/a.h,framework/a.h,on_demand/a.h,service/a.h,modules/exec/a.h,modules/net/a.h}
   echo '#include "modules/net/a.h"' >tree/src/modules/exec/b.cpp
   echo '#include "front/a.h"' >tree/src/framework/b.cpp
+  echo '#include "on_demand/a.h"' >tree/src/framework/c.cpp
   echo '#include "framework/a.h"' >tree/src/service/b.h
   echo '#include "framework/a.h"  // for the tool' >tree/local_service/b.cpp
   echo '#include "framework/a.h"' >tree/src/front/b.cpp
   print_edges tree | print_forbidden >forbidden
   diff -u - forbidden <<'END'
 framework front
+framework on_demand
 local_service framework
 modules/exec modules/net
 service framework

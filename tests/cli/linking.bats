@@ -90,14 +90,22 @@ print_run_path() {
 
 @test "what is built finds the stand-in beside itself, and looks in no other place" {
   print_objects "$ORVEX_BIN_DIR" "$ORVEX_BIN_DIR/../lib" >objects
-  for name in orvex_policy orvex_local unit_tests liborvex.so.0 libvemulabelmgr.so; do
+  for name in orvex_policy orvex_local unit_tests liborvex.so.0 libvemulabelmgr.so orvex_policy/orvex_rpm.so; do
     grep -q "/$name" objects
   done
-  while read -r object; do
+  grep -vE '/lib/orvex_(local|policy)/' objects | while read -r object; do
     print_run_path "$object"
-  done <objects | sort -u >run_paths
+  done | sort -u >run_paths
   # shellcheck disable=SC2016
   diff -u - run_paths <<<'RUNPATH $ORIGIN/../lib'
+}
+
+@test "the modules of the program look nowhere by themselves, and the stand-in's one beside itself" {
+  for module in "$ORVEX_BIN_DIR"/../lib/orvex_policy/*.so; do
+    [[ -z $(print_run_path "$module") ]]
+  done
+  # shellcheck disable=SC2016
+  [[ $(print_run_path "$ORVEX_BIN_DIR/../lib/orvex_local/file_reader.so") == 'RUNPATH $ORIGIN/..' ]]
 }
 
 @test "a library in the current directory is not loaded" {
@@ -115,7 +123,7 @@ print_run_path() {
 }
 
 # The libraries of the stand-in pass for the framework's, which have the same names.
-@test "a build against the framework's libraries installs the program alone, which finds them where the system does" {
+@test "a build against the framework's libraries installs the program and its modules alone, and finds them where the system does" {
   cp -R "$ORVEX_BIN_DIR/../lib" framework
   cmake -S "$ORVEX_SOURCE_DIR" -B build -G Ninja -DCMAKE_CXX_COMPILER="${CXX:-c++}" -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_CXX_FLAGS_RELEASE=-O1 -DORVEX_SERVICE_DIR="$PWD/framework" >cmake.log
@@ -125,10 +133,20 @@ print_run_path() {
   }
   DESTDIR=$PWD/root cmake --install build >install.log
   print_objects root >installed
-  [[ $(wc -l <installed) -eq 1 && $(<installed) == */bin/orvex_policy ]]
-  [[ -z $(print_run_path "$(<installed)") ]]
-  as 0 env "LD_LIBRARY_PATH=$PWD/framework" "$PWD/$(<installed)" status
-  expect 0 <<<'orvex status : disable'
+  diff -u - <(sed 's|.*/usr/local/||' installed | sort) <<'END'
+bin/orvex_policy
+lib/orvex_policy/orvex_gio.so
+lib/orvex_policy/orvex_rpm.so
+END
+  while read -r object; do
+    [[ -z $(print_run_path "$object") ]]
+  done <installed
+  session_environment+=("LD_LIBRARY_PATH=$PWD/framework")
+  as 0 "$PWD/root/usr/local/bin/orvex_policy" exec on
+  [[ $exit_value -eq 0 ]]
+  restart
+  as 0 "$PWD/root/usr/local/bin/orvex_policy" exec -A -P orvex-nothing
+  expect 0 <<<'不支持未安装的软件包[orvex-nothing]设置'
 }
 
 @test "the optimised program is hardened" {
