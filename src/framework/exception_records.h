@@ -3,7 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 
 #include "framework/output.h"
 #include "framework/owned.h"
@@ -45,16 +49,33 @@ public:
         return false;
     }
 
-    /// Prints a row for each protected object, null ones left out. Each is given back behind its row.
-    void print_rows(owned_list objects) const {
-        objects.show_and_give_back([this](const char* object) {
-            if (object != nullptr) {
-                print_row(object, find(object));
-            }
-        });
+    /// Prints a row for each protected object of the lists, null ones left out. Each is given back behind its row, and
+    /// each list behind its last one.
+    void print_rows(std::span<owned_list> lists) const {
+        const auto first_records = collect_first_records();
+        for (owned_list& list : lists) {
+            owned_list objects = std::move(list);
+            objects.show_and_give_back([&](const char* object) {
+                if (object != nullptr) {
+                    const auto found = first_records.find(object);
+                    print_row(object, found == first_records.end() ? nullptr : found->second);
+                }
+            });
+        }
     }
 
 private:
+    /// Returns what `find` finds, for all resources at once: of many rows none walks over the records by itself.
+    std::unordered_map<std::string_view, const Record*> collect_first_records() const {
+        std::unordered_map<std::string_view, const Record*> first_records;
+        for (std::uint64_t i = 0; !empty() && i < count_; ++i) {
+            if (records_[i].resource != nullptr) {
+                first_records.try_emplace(records_[i].resource, &records_[i]);
+            }
+        }
+        return first_records;
+    }
+
     /// The two shapes of a row differ by more than their content: with no record there is a blank behind the object and
     /// a colon in the braces.
     static void print_row(const char* object, const Record* record) {

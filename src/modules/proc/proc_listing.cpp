@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <utility>
-
 #include "framework/owned.h"
 #include "modules/proc/proc_module.h"
 #include "modules/proc/proc_records.h"
@@ -13,6 +11,6 @@ int COrvexProc::list_proc_policy() {
         return 0;
     }
     const taskctl_records records(orvex_scene_taskctl_exception_get_policy);
-    records.print_rows(std::move(programs));
+    records.print_rows({&programs, 1});
     return 0;
 }
