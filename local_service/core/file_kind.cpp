@@ -8,13 +8,13 @@
 #include <string_view>
 
 #include "core/descriptor.h"
-#include "core/elf_file.h"
+#include "core/file_reader.h"
 
 namespace local_service {
 namespace {
 
 file_kind kind_of_elf(int file, const std::string& path) {
-    switch (read_elf_sort(file)) {
+    switch (get_file_reader().read_elf_sort(file)) {
         case elf_sort::program:
             return file_kind::program;
         case elf_sort::shared_object:
@@ -22,7 +22,7 @@ file_kind kind_of_elf(int file, const std::string& path) {
         case elf_sort::kernel_module:
             return file_kind::kernel_module;
         case elf_sort::relocatable:
-            return is_module_file_name(path) ? file_kind::kernel_module : file_kind::other_file;
+            return get_file_reader().is_module_file_name(path) ? file_kind::kernel_module : file_kind::other_file;
         default:
             return file_kind::other_file;
     }
@@ -53,7 +53,8 @@ file_kind kind_of_content(const std::string& path) {
     if (start.substr(0, 2) == "#!") {
         return file_kind::script;
     }
-    return is_compressed(start) && is_module_file_name(path) ? file_kind::kernel_module : file_kind::other_file;
+    return is_compressed(start) && get_file_reader().is_module_file_name(path) ? file_kind::kernel_module
+                                                                               : file_kind::other_file;
 }
 
 }  // namespace

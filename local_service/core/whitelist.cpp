@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "core/whitelist.h"
 
-#include "core/digest.h"
 #include "core/failure.h"
+#include "core/file_reader.h"
 #include "core/store.h"
 
 namespace local_service {
 
 whitelisted_file whitelist_record(std::string path) {
-    content_digest digest = digest_file(path);
+    content_digest digest = get_file_reader().digest_file(path);
     if (digest.result != content_digest::outcome::read) {
         throw failure(path + " cannot be read as a file");
     }
@@ -32,7 +32,7 @@ void put_on_whitelist(const whitelisted_file& file) {
 }
 
 whitelist_status status_of(const whitelisted_file& file) {
-    const content_digest digest = digest_file(file.path);
+    const content_digest digest = get_file_reader().digest_file(file.path);
     switch (digest.result) {
         case content_digest::outcome::read:
             return digest.text == file.digest ? whitelist_status::intact : whitelist_status::changed;

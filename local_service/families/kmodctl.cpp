@@ -3,9 +3,9 @@
 #include "service/kmodctl.h"
 
 #include "core/call.h"
-#include "core/elf_file.h"
 #include "core/entry_list.h"
 #include "core/failure.h"
+#include "core/file_reader.h"
 #include "core/heap.h"
 #include "core/paths.h"
 #include "families/lists.h"
@@ -36,7 +36,8 @@ char** orvex_scene_kmodctl_get_policy(std::uint64_t* count) {
 }
 
 int orvex_scene_kmodctl_add_by_path(const char* path) {
-    return guard_addition(__func__, {{"path", path}}, [&] { add_module(read_module_name(given_text(path))); });
+    return guard_addition(__func__, {{"path", path}},
+                          [&] { add_module(get_file_reader().read_module_name(given_text(path))); });
 }
 
 int orvex_scene_kmodctl_add_by_name(const char* name) {
@@ -44,7 +45,8 @@ int orvex_scene_kmodctl_add_by_name(const char* name) {
 }
 
 int orvex_scene_kmodctl_remove_by_path(const char* path) {
-    return guard_change(__func__, {{"path", path}}, [&] { remove_module(read_module_name(given_text(path))); });
+    return guard_change(__func__, {{"path", path}},
+                        [&] { remove_module(get_file_reader().read_module_name(given_text(path))); });
 }
 
 int orvex_scene_kmodctl_remove_by_name(const char* name) {
@@ -52,5 +54,6 @@ int orvex_scene_kmodctl_remove_by_name(const char* name) {
 }
 
 char* orvex_scene_get_module_name_from_ko_path(const char* path) {
-    return guard(__func__, {{"path", path}}, [&] { return heap_text(read_module_name(given_text(path))); });
+    return guard(__func__, {{"path", path}},
+                 [&] { return heap_text(get_file_reader().read_module_name(given_text(path))); });
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "core/digest.h"
+#include "files/digest.h"
 
 #include <rpm/rpmcrypto.h>
 #include <sys/stat.h>

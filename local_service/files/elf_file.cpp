@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "core/elf_file.h"
+#include "files/elf_file.h"
 
 #include <gelf.h>
 #include <libelf.h>
