@@ -16,11 +16,15 @@ std::string strip_slashes(const std::string& path) {
 
 std::vector<std::string> entry_list::texts() const {
     std::vector<std::string> all;
+    for_each([&](std::string_view text) { all.emplace_back(text); });
+    return all;
+}
+
+void entry_list::for_each(const std::function<void(std::string_view)>& take) const {
     query rows("SELECT text FROM entry WHERE list = ? ORDER BY id", {name_});
     while (rows.next()) {
-        all.push_back(rows.text(0));
+        take(rows.view(0));
     }
-    return all;
 }
 
 std::optional<std::int64_t> entry_list::find(const std::string& text) const {

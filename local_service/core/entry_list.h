@@ -4,8 +4,10 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace local_service {
@@ -20,6 +22,9 @@ public:
 
     /// Returns all texts.
     std::vector<std::string> texts() const;
+
+    /// Shows each text to `take`, in the order of entry.
+    void for_each(const std::function<void(std::string_view)>& take) const;
 
     /// Tells whether `text` stands on the list.
     bool contains(const std::string& text) const { return find(text).has_value(); }

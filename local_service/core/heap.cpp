@@ -4,24 +4,22 @@
 #include <algorithm>
 
 namespace local_service {
-namespace {
-
-struct list_deleter {
-    void operator()(char** list) const noexcept { free_heap_list(list); }
-};
-
-}  // namespace
-
-char* heap_text(const std::string& text) {
+char* heap_text(std::string_view text) {
     char* copy = allocate<char>(text.size() + 1);
     std::copy(text.begin(), text.end(), copy);
     return copy;
 }
 
+char** heap_texts::release() {
+    char** const list = allocate<char*>(count() + 1);
+    std::transform(texts_.begin(), texts_.end(), list, [](auto& text) { return text.release(); });
+    return list;
+}
+
 char** heap_list(const std::vector<std::string>& texts) {
-    std::unique_ptr<char*[], list_deleter> list(allocate<char*>(texts.size() + 1));
-    for (std::size_t index = 0; index < texts.size(); ++index) {
-        list[index] = heap_text(texts[index]);
+    heap_texts list;
+    for (const std::string& text : texts) {
+        list.add(text);
     }
     return list.release();
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace local_service {
@@ -27,12 +28,27 @@ struct heap_deleter {
 };
 
 /// Returns a copy of `text`.
-char* heap_text(const std::string& text);
+char* heap_text(std::string_view text);
 
-/// Returns an array of copies of `texts`, with a null behind the last.
+/// A list of texts for a caller, in the making.
+class heap_texts {
+public:
+    /// Appends a copy of `text`.
+    void add(std::string_view text) { texts_.emplace_back(heap_text(text)); }
+
+    std::size_t count() const { return texts_.size(); }
+
+    /// Hands the texts over as an array with a null behind the last.
+    char** release();
+
+private:
+    std::vector<std::unique_ptr<char, heap_deleter>> texts_;
+};
+
+/// Returns a list of copies of `texts`.
 char** heap_list(const std::vector<std::string>& texts);
 
-/// Frees a list of `heap_list`. Null is allowed.
+/// Frees a list of `heap_texts`. Null is allowed.
 void free_heap_list(char** list) noexcept;
 
 }  // namespace local_service

@@ -41,7 +41,7 @@ struct connection {
     explicit connection(std::string state_directory)
         : directory(std::move(state_directory)),
           // For a caller who may not write the file, SQLite itself opens it for reading only.
-          database(store_file(directory), SQLite::OPEN_READWRITE, busy_timeout_ms) {
+          database(store_file(directory), SQLite::OPEN_READWRITE | SQLite::OPEN_NOMUTEX, busy_timeout_ms) {
         // The log of writes stays where it is, empty: a process that cannot write the directory still needs it there.
         int keep_files = 1;
         sqlite3_file_control(database.getHandle(), nullptr, SQLITE_FCNTL_PERSIST_WAL, &keep_files);
@@ -98,33 +98,46 @@ auto on_store(Work work) {
     return on_database(store.directory, [&] { return work(store); });
 }
 
-SQLite::Statement& prepare(const std::string& sql, bound_values bound) {
-    SQLite::Statement* prepared = on_store([&](connection& store) {
+}  // namespace
+
+/// A statement, bound, and the directory of the store that it works on.
+struct prepared_statement {
+    SQLite::Statement& statement;
+    const std::string& directory;
+};
+
+namespace {
+
+prepared_statement prepare(const std::string& sql, bound_values bound) {
+    return on_store([&](connection& store) {
         SQLite::Statement& statement = store.statements.try_emplace(sql, store.database, sql).first->second;
         int position = 0;
         for (const bound_value& item : bound) {
             ++position;
             std::visit([&](const auto& plain) { statement.bind(position, plain); }, item);
         }
-        return &statement;
+        return prepared_statement{statement, store.directory};
     });
-    return *prepared;
 }
 
 }  // namespace
 
-query::query(const std::string& sql, bound_values bound) : statement_(prepare(sql, bound)) {}
+query::query(const std::string& sql, bound_values bound) : query(prepare(sql, bound)) {}
+
+query::query(const prepared_statement& prepared) : statement_(prepared.statement), directory_(prepared.directory) {}
 
 query::~query() {
     statement_.tryReset();
 }
 
 bool query::next() {
-    return on_store([&](connection&) { return statement_.executeStep(); });
+    return on_database(directory_, [&] { return statement_.executeStep(); });
 }
 
-std::string query::text(int column) const {
-    return statement_.getColumn(column).getString();
+std::string_view query::view(int column) const {
+    const SQLite::Column value = statement_.getColumn(column);
+    const char* const text = value.getText();
+    return {text, static_cast<std::size_t>(value.getBytes())};
 }
 
 std::int64_t query::number(int column) const {
@@ -132,8 +145,8 @@ std::int64_t query::number(int column) const {
 }
 
 int change(const std::string& sql, bound_values bound) {
-    SQLite::Statement& statement = prepare(sql, bound);
-    return on_store([&](connection&) {
+    const auto [statement, directory] = prepare(sql, bound);
+    return on_database(directory, [&statement = statement] {
         try {
             const int changed = statement.exec();
             statement.reset();

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <variant>
 
 namespace SQLite {
@@ -21,6 +22,8 @@ namespace local_service {
 /// What can be bound to a statement's question marks.
 using bound_value = std::variant<std::int64_t, std::string>;
 using bound_values = std::initializer_list<bound_value>;
+
+struct prepared_statement;
 
 /// A statement that gives rows. It reads a consistent state from its first row to its end of life.
 class query {
@@ -34,12 +37,17 @@ public:
     /// Goes to the first or the next row. False when there is none.
     bool next();
 
-    /// The present row's columns, counted from 0.
-    std::string text(int column) const;
+    /// The present row's columns, counted from 0. What is viewed is there until the next row.
+    std::string_view view(int column) const;
+    std::string text(int column) const { return std::string(view(column)); }
     std::int64_t number(int column) const;
 
 private:
+    explicit query(const prepared_statement& prepared);
+
     SQLite::Statement& statement_;
+    /// Where the store lies that the rows come from.
+    const std::string& directory_;
 };
 
 /// Runs a statement that gives no rows and returns how many rows it changed.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "core/entry_list.h"
 #include "core/heap.h"
@@ -10,10 +11,10 @@ namespace local_service {
 
 /// Returns the texts of `list` as a heap list for the caller, and their number in `*count`.
 inline char** hand_out(const entry_list& list, std::uint64_t* count) {
-    const std::vector<std::string> texts = list.texts();
-    char** handed_out = heap_list(texts);
-    *count = texts.size();
-    return handed_out;
+    heap_texts texts;
+    list.for_each([&](std::string_view text) { texts.add(text); });
+    *count = texts.count();
+    return texts.release();
 }
 
 }  // namespace local_service

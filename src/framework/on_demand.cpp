@@ -2,6 +2,7 @@
 #include "framework/on_demand.h"
 
 #include <dlfcn.h>
+#include <elf.h>
 #include <link.h>
 
 #include <array>
