@@ -45,7 +45,6 @@ struct connection {
         // The log of writes stays where it is, empty: a process that cannot write the directory still needs it there.
         int keep_files = 1;
         sqlite3_file_control(database.getHandle(), nullptr, SQLITE_FCNTL_PERSIST_WAL, &keep_files);
-        database.exec("PRAGMA journal_size_limit = 0; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
         const int version = database.execAndGet("PRAGMA user_version").getInt();
         if (version != schema_version) {
             throw store_failure(store_file(directory) + ": a store of version " + std::to_string(version) +
@@ -53,8 +52,17 @@ struct connection {
         }
     }
 
+    /// What only writers need: most runs read and end.
+    void prepare_for_writing() {
+        if (!is_writer) {
+            is_writer = true;
+            database.exec("PRAGMA journal_size_limit = 0; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
+        }
+    }
+
     const std::string directory;
     const pid_t process = getpid();
+    bool is_writer = false;
     SQLite::Database database;
     std::map<std::string, SQLite::Statement, std::less<>> statements;
 };
@@ -72,8 +80,25 @@ struct connection_deleter {
 };
 using owned_connection = std::unique_ptr<connection, connection_deleter>;
 
+/// The connection in use. At the end of the process only one that was written to is closed, as the log of writes is
+/// emptied then. For all others the end itself does it, for less.
+struct present_connection : owned_connection {
+    using owned_connection::operator=;
+    present_connection() = default;
+    present_connection(const present_connection&) = delete;
+    present_connection& operator=(const present_connection&) = delete;
+    ~present_connection() {
+        if (get() != nullptr && !get()->is_writer) {
+            left_open = release();
+        }
+    }
+
+    /// Keeps it in sight of those who look for lost memory.
+    static inline connection* left_open = nullptr;
+};
+
 connection& open_store() {
-    static owned_connection current;
+    static present_connection current;
     std::string directory = state_directory();
     if (current != nullptr && current->directory == directory) {
         if (current->process != getpid()) {
@@ -145,6 +170,7 @@ std::int64_t query::number(int column) const {
 }
 
 int change(const std::string& sql, bound_values bound) {
+    on_store([](connection& store) { store.prepare_for_writing(); });
     const auto [statement, directory] = prepare(sql, bound);
     return on_database(directory, [&statement = statement] {
         try {

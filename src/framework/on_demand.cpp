@@ -3,16 +3,17 @@
 
 #include <dlfcn.h>
 #include <elf.h>
+#include <fcntl.h>
 #include <link.h>
+#include <unistd.h>
 
 #include <array>
+#include <climits>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <string>
-#include <system_error>
 
 // Null where the questions are not linked into the program itself.
 #pragma weak orvex_package_questions_1
@@ -39,40 +40,46 @@ struct dlopen_note {
 constexpr int exit_value_without_library = 127;
 
 [[noreturn]] void end_without(const std::string& what) {
-    std::cerr << "orvex_policy: cannot load a part of the program: " << what << '\n';
+    std::fputs(("orvex_policy: cannot load a part of the program: " + what + "\n").c_str(), stderr);
     std::exit(exit_value_without_library);
 }
 
 /// Tells whether the file reaches as far as its section headers, which come last. The loader would map a shorter one
 /// all the same, and the first look at what is missing would be the end of the program.
-bool is_whole(const std::filesystem::path& path) {
-    std::error_code error;
-    // Opening what is no file could take forever.
-    if (!std::filesystem::is_regular_file(path, error)) {
+bool is_whole(const std::string& path) {
+    // What is no file may never come open for another one.
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file == -1) {
         return false;
     }
     ElfW(Ehdr) header{};
-    std::ifstream file(path, std::ios::binary);
-    file.read(reinterpret_cast<char*>(&header), sizeof header);
-    const std::uintmax_t end = header.e_shoff + std::uintmax_t{header.e_shentsize} * header.e_shnum;
-    return file && std::filesystem::file_size(path, error) >= end;
+    const bool has_header = read(file, &header, sizeof header) == ssize_t{sizeof header};
+    const off_t size = lseek(file, 0, SEEK_END);
+    close(file);
+    const std::uint64_t end = header.e_shoff + std::uint64_t{header.e_shentsize} * header.e_shnum;
+    return has_header && size >= 0 && static_cast<std::uint64_t>(size) >= end;
+}
+
+std::string get_parent(const std::string& path) {
+    return path.substr(0, path.rfind('/'));
 }
 
 /// Returns where the module `file` has to lie: in a directory of the program's own, beside the one of the program.
-std::filesystem::path get_module_path(const char* file) {
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (error) {
-        end_without("/proc/self/exe: " + error.message());
+std::string get_module_path(const std::string& file) {
+    std::array<char, PATH_MAX> program{};
+    const ssize_t size = readlink("/proc/self/exe", program.data(), program.size());
+    if (size == -1) {
+        end_without("/proc/self/exe cannot be read");
     }
-    return (program.parent_path() / "../lib/orvex_policy" / file).lexically_normal();
+    const std::string path(program.data(), static_cast<std::size_t>(size));
+    return get_parent(get_parent(path)) + "/lib/orvex_policy/" + file;
 }
 
 /// Opens the module `file` and returns the address of its `symbol`.
 const void* open_module(const char* file, const char* symbol) {
-    const std::filesystem::path path = get_module_path(file);
+    const std::string path = get_module_path(file);
     if (!is_whole(path)) {
-        end_without(path.string() + " is missing or cut short");
+        end_without(path + " is missing or cut short");
     }
     // Global, so that a library which was put in front of rpm or GIO finds their functions behind its own.
     void* const module = dlopen(path.c_str(), RTLD_NOW | RTLD_GLOBAL);
