@@ -38,6 +38,9 @@ iwyu              iwyu
 shellcheck        ShellCheck
 valgrind          valgrind
 hyperfine         hyperfine
+man-db            man-db
+mandoc            mandoc
+po4a              po4a
 '
 
 is_installed_by_apt() {

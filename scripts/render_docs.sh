@@ -3,6 +3,9 @@
 # Writes the documents that are made of others, and leaves alone those that come out the same:
 #
 #   docs/messages.md          from docs/messages.tsv and the help texts in src
+#   man/orvex_policy.8        its section DIAGNOSTICS, from docs/messages.tsv
+#   man/zh_CN, man/po         the Chinese manuals, from the English ones and their translation
+#   docs/man                  the manuals, for reading in a browser
 #
 # usage: scripts/render_docs.sh [TREE]
 #
@@ -10,6 +13,7 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/lib/script.bash"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/messages.bash"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/manual_page.bash"
 
 # replace FILE COMMAND...: the file holds what the command prints.
 replace() {
@@ -19,9 +23,49 @@ replace() {
   cmp -s "$scratch/new" "$file" || cp "$scratch/new" "$file"
 }
 
+# put_diagnostics PAGE TABLE: the page with what is made of the table between its two comments.
+put_diagnostics() {
+  sed '/^\.\\" From here to the next comment/q' "$1"
+  print_diagnostics "$2"
+  sed -n '/^\.\\" From here on by hand/,$p' "$1"
+}
+
+translate_manuals() {
+  (cd man && po4a --quiet po4a.cfg)
+  set_chinese man/zh_CN/*.8
+}
+
+# set_chinese PAGE...: Chinese has no blanks at which a line could be broken, so each place where it may be gets a mark: between
+# two letters, but not in front of a closing punctuation mark. Nor is there a blank between such a mark and what follows.
+set_chinese() {
+  perl -Mutf8 -C -0 -i -pe '
+    my ($closing, $opening) = ("，。、；：）！？”", "（“");
+    my $is_literal = 0;
+    s/ +$//mg;
+    s/[$closing]\K\n(?=\.(Ar|Cm|Em|Fl|Nm)\b)/\\c\n/g;
+    s{^.*}{
+      my $line = $&;
+      $is_literal = 0 if $line =~ /^\.Ed/;
+      $line =~ s/(?<=[\p{Script=Han}$closing])(?=[\p{Script=Han}$opening])/\\:/g unless $is_literal || $line =~ /^\.(It|Nd|S[hsx])/;
+      $is_literal = 1 if $line =~ /^\.Bd/;
+      $line
+    }mge' "$@"
+}
+
+print_manuals() {
+  local page
+  mkdir -p docs/man/zh_CN
+  for page in man/*.8 man/zh_CN/*.8; do
+    replace "docs/$page.md" print_manual_page "$page"
+  done
+}
+
 answer_help "$@"
 [[ $# -le 1 ]] || refuse_argument "$2"
 [[ ${1-} != -* && -d ${1-.} ]] || refuse_argument "$1"
 cd "${1-$(dirname "${BASH_SOURCE[0]}")/..}"
 make_scratch
 replace docs/messages.md print_message_page docs/messages.tsv src
+replace man/orvex_policy.8 put_diagnostics man/orvex_policy.8 docs/messages.tsv
+translate_manuals
+print_manuals

@@ -17,11 +17,12 @@ print_rows_of() {
 }
 
 # print_items_of CLASS TABLE: the items of the manual's list, which is for what a person sees. An option begins with a
-# minus, which can be pasted, and not with a hyphen; each sentence has a line of its own.
+# minus, which can be pasted, and not with a hyphen; a mark at the end of a message is a part of it; and each sentence has a
+# line of its own.
 print_items_of() {
   local text meaning advice
   while IFS=$'\t' read -r text meaning advice; do
-    printf '.It Li "%s\\&"\n' "$text"
+    printf '.It Li "%s"\n' "$(sed 's/[:!]$/\\\&&/' <<<"$text")"
     printf '%s\n' "$meaning" "${advice#-}" |
       sed -E 's/ -(-?)/ \\-\1/g; s/\\--/\\-\\-/g; s/([.!?]) ([A-Z])/\1\n\2/g; /^$/d' | fold_lines
   done < <(awk -F '\t' -v class="$1" '$1 == class && $4 !~ /^No command/ { print $2 "\t" $3 "\t" $4 }' "$2")
