@@ -29,16 +29,38 @@ play() {
   run ! play "$BATS_TEST_TMPDIR/empty.md"
 }
 
-@test "every block of the README is either played or a shell command of its own" {
-  grep -E '^ *```.' "$ORVEX_SOURCE_DIR/README.md" | sort -u | diff -u - <(printf '```%s\n' console sh)
+@test "every block of the README is either played or a shell command of its own, in each language" {
+  for readme in "$ORVEX_SOURCE_DIR"/README*.md; do
+    grep -E '^ *```.' "$readme" | sort -u | diff -u - <(printf '```%s\n' console sh)
+  done
 }
 
-@test "every picture and document that the README leads to exists" {
+@test "every picture and document that the README leads to exists, in each language" {
   cd "$ORVEX_SOURCE_DIR"
   # shellcheck disable=SC2016
-  grep -oE '\]\([^)]+\)|`[A-Za-z/_-]+\.(md|sh)`' README.md | tr -d '`()]' | sort -u >"$BATS_TEST_TMPDIR/named"
+  grep -ohE '\]\([^)]+\)|`[A-Za-z0-9_./-]+\.(md|sh)`' README*.md | tr -d '`()]' | sort -u >"$BATS_TEST_TMPDIR/named"
   grep -q '^docs/session.svg$' "$BATS_TEST_TMPDIR/named"
   while read -r file; do
     [[ -e $file ]]
   done <"$BATS_TEST_TMPDIR/named"
+}
+
+# print_frame DOCUMENT: what does not depend on the language: the levels of the headings, the items, the rows and their cells,
+# the blocks without the remarks in them, and all that is set as code.
+print_frame() {
+  awk '
+    /^ *```/ { inside = !inside }
+    inside { sub(/  +# .*/, ""); print; next }
+    /^#+ / || /^- / { print $1 }
+    /^\|/ { print "row of " gsub(/\|/, "|") }' "$1"
+  # shellcheck disable=SC2016
+  awk '/^ *```/ { inside = !inside } !inside' "$1" | grep -oE '`[^`]+`' | sort
+}
+
+@test "the README says the same in each language, and leads to the other" {
+  cd "$ORVEX_SOURCE_DIR"
+  [[ $(print_frame README.md | wc -l) -gt 200 ]]
+  diff -u <(print_frame README.md) <(print_frame README.zh-CN.md)
+  grep -q '^\[中文\](README.zh-CN.md)$' README.md
+  grep -q '^\[English\](README.md)$' README.zh-CN.md
 }
