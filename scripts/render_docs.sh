@@ -32,6 +32,7 @@ put_diagnostics() {
 
 translate_manuals() {
   (cd man && po4a --quiet po4a.cfg)
+  replace man/po/zh_CN.po msgattrib --no-obsolete man/po/zh_CN.po
   set_chinese man/zh_CN/*.8
 }
 

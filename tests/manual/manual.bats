@@ -44,10 +44,12 @@ play() {
   tests/scripts/play_document.sh --programs "$ORVEX_BIN_DIR" "$BATS_TEST_TMPDIR/examples.md"
 }
 
-# restart_behind_first_session: adds to the sessions on standard input what the machine does behind the first one.
-restart_behind_first_session() {
+# add_framework: adds to the sessions on standard input what happens meanwhile: the machine restarts behind the first one, and
+# the roles are separated before their labels are asked for.
+add_framework() {
   # shellcheck disable=SC2016
-  sed '0,/^```$/s//# orvex_local restart\nRestart simulated: what was set for after a restart is in force.\n```/'
+  sed -e '0,/^```$/s//# orvex_local restart\nRestart simulated: what was set for after a restart is in force.\n```/' \
+    -e 's/^# orvex_policy userid/# orvex_local roles on\n&/'
 }
 
 @test "mandoc has nothing to say about the manuals" {
@@ -109,7 +111,7 @@ restart_behind_first_session() {
 
 @test "the examples of orvex_policy's manuals come out as they stand there" {
   for page in man{,/zh_CN}/orvex_policy.8; do
-    print_examples "$page" | restart_behind_first_session | play
+    print_examples "$page" | add_framework | play
   done
 }
 
@@ -126,8 +128,7 @@ restart_behind_first_session() {
   cp docs/messages.* "$BATS_TEST_TMPDIR/tree/docs"
   scripts/render_docs.sh "$BATS_TEST_TMPDIR/tree"
   diff -ru docs/man "$BATS_TEST_TMPDIR/tree/docs/man"
-  diff -ru --exclude=po man "$BATS_TEST_TMPDIR/tree/man"
-  run --separate-stderr msgfmt --statistics --check -o /dev/null "$BATS_TEST_TMPDIR/tree/man/po/zh_CN.po"
+  diff -ru --exclude='*.pot' --ignore-matching-lines='^"POT-Creation-Date:' man "$BATS_TEST_TMPDIR/tree/man"
+  run --separate-stderr msgfmt --statistics --check -o /dev/null man/po/zh_CN.po
   [[ $stderr == *' translated messages.' && $stderr != *,* ]]
-  run ! grep '^#~' "$BATS_TEST_TMPDIR/tree/man/po/zh_CN.po"
 }
