@@ -31,29 +31,31 @@ read_policy_help() {
     }'
 }
 
-# print_local_words: of orvex_local. What stands behind a command belongs to it, however deep.
-print_local_words() {
+# print_tool_words TOOL: of a tool that answers --help with a list of its commands, such as orvex_local. What stands behind a
+# command belongs to it, however deep.
+print_tool_words() {
   local command
-  read_local_help - orvex_local
-  for command in $(list_local_commands orvex_local); do
+  read_tool_help - "$1"
+  for command in $(list_tool_commands "$1"); do
     printf -- '-\t%s\n' "$command"
-    read_local_help "$command" orvex_local "$command"
+    read_tool_help "$command" "$1" "$command"
   done
 }
 
-# list_local_commands COMMAND...: the commands that its help text lists.
-list_local_commands() {
+# list_tool_commands COMMAND...: the commands that its help text lists.
+list_tool_commands() {
   "$@" --help | sed -nE '/^Subcommands:$/,$s/^  ([a-z]+) .*/\1/p'
 }
 
-read_local_help() {
+# read_tool_help OWNER COMMAND...: the words of the help text of the command, and of the commands that it lists.
+read_tool_help() {
   local owner=$1 word
   shift
   "$@" --help | sed -n '/^Options:$/,/^$/p' | grep -oE '^  (-[a-z],)?--[a-z]+' | tr -d ' ' | tr ',' '\n' |
     sed "s/^/$owner\t/"
   [[ $owner != - ]] || return 0
-  for word in $(list_local_commands "$@"); do
+  for word in $(list_tool_commands "$@"); do
     printf '%s\t%s\n' "$owner" "$word"
-    read_local_help "$owner" "$@" "$word"
+    read_tool_help "$owner" "$@" "$word"
   done
 }
