@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Writes the documents that are made of others, and leaves alone those that come out the same:
+# Writes the documents that are made of others:
 #
 #   docs/messages.md          from docs/messages.tsv and the help texts in src
 #   man/orvex_policy.8        its section DIAGNOSTICS, from docs/messages.tsv
@@ -36,23 +36,6 @@ translate_manuals() {
   set_chinese man/zh_CN/*.8
 }
 
-# set_chinese PAGE...: Chinese has no blanks at which a line could be broken, so each place where it may be gets a mark: between
-# two letters, but not in front of a closing punctuation mark. Nor is there a blank between such a mark and what follows.
-set_chinese() {
-  perl -Mutf8 -C -0 -i -pe '
-    my ($closing, $opening) = ("，。、；：）！？”", "（“");
-    my $is_literal = 0;
-    s/ +$//mg;
-    s/[$closing]\K\n(?=\.(Ar|Cm|Em|Fl|Nm)\b)/\\c\n/g;
-    s{^.*}{
-      my $line = $&;
-      $is_literal = 0 if $line =~ /^\.Ed/;
-      $line =~ s/(?<=[\p{Script=Han}$closing])(?=[\p{Script=Han}$opening])/\\:/g unless $is_literal || $line =~ /^\.(It|Nd|S[hsx])/;
-      $is_literal = 1 if $line =~ /^\.Bd/;
-      $line
-    }mge' "$@"
-}
-
 print_manuals() {
   local page
   mkdir -p docs/man/zh_CN
@@ -65,6 +48,9 @@ answer_help "$@"
 [[ $# -le 1 ]] || refuse_argument "$2"
 [[ ${1-} != -* && -d ${1-.} ]] || refuse_argument "$1"
 cd "${1-$(dirname "${BASH_SOURCE[0]}")/..}"
+for tool in mandoc msgattrib po4a; do
+  command -v "$tool" >/dev/null || fail "there is no $tool here; scripts/bootstrap.sh --all installs it"
+done
 make_scratch
 replace docs/messages.md print_message_page docs/messages.tsv src
 replace man/orvex_policy.8 put_diagnostics man/orvex_policy.8 docs/messages.tsv

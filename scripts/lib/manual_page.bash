@@ -1,6 +1,23 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: Apache-2.0
-# A manual page as Markdown that reads well where code is hosted.
+# What manual pages need to read well: Chinese ones on a terminal, and all of them as Markdown where code is hosted.
+
+# set_chinese PAGE...: Chinese has no blanks at which a line could be broken, so each place where it may be gets a mark: between
+# two letters, but not in front of a closing punctuation mark. Nor is there a blank between such a mark and what follows.
+set_chinese() {
+  perl -Mutf8 -C -0 -i -pe '
+    my ($closing, $opening) = ("，。、；：）！？”", "（“");
+    my $is_literal = 0;
+    s/ +$//mg;
+    s/[$closing]\K\n(?=\.(Ar|Cm|Em|Fl|Nm)\b)/\\c\n/g;
+    s{^.*}{
+      my $line = $&;
+      $is_literal = 0 if $line =~ /^\.Ed/;
+      $line =~ s/(?<=[\p{Script=Han}$closing])(?=[\p{Script=Han}$opening])/\\:/g unless $is_literal || $line =~ /^\.(It|Nd|S[hsx])/;
+      $is_literal = 1 if $line =~ /^\.Bd/;
+      $line
+    }mge' "$@"
+}
 
 # print_manual_page PAGE: mandoc's Markdown has no letters beyond ASCII, so they pass it as words.
 print_manual_page() {
