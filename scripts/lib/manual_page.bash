@@ -5,7 +5,7 @@
 # set_chinese PAGE...: Chinese has no blanks at which a line could be broken, so each place where it may be gets a mark: between
 # two letters, but not in front of a closing punctuation mark. Nor is there a blank between such a mark and what follows.
 set_chinese() {
-  perl -Mutf8 -C -0 -i -pe '
+  perl -Mutf8 -CSD -0 -i -pe '
     my ($closing, $opening) = ("，。、；：）！？”", "（“");
     my $is_literal = 0;
     s/ +$//mg;
@@ -22,9 +22,9 @@ set_chinese() {
 # print_manual_page PAGE: mandoc's Markdown has no letters beyond ASCII, so they pass it as words.
 print_manual_page() {
   printf '<!-- Written by scripts/render_docs.sh, from %s. -->\n\n' "$1"
-  perl -C -pe 's/([^\x00-\x7F])/sprintf("Qu%04Xq", ord $1)/ge' "$1" |
+  perl -CSD -pe 's/([^\x00-\x7F])/sprintf("Qu%04Xq", ord $1)/ge' "$1" |
     mandoc -T markdown |
-    perl -C -pe '
+    perl -CSD -pe '
       s/Qu([0-9A-F]{4,5})q/chr hex $1/ge;
       s/`([^`]*)`/my $text = $1; $text =~ s,\\_,_,g; "`$text`"/ge;
       s/(?<=.)&#45;/-/g;
