@@ -38,6 +38,10 @@ iwyu              iwyu
 shellcheck        ShellCheck
 valgrind          valgrind
 hyperfine         hyperfine
+gnuplot-nox       gnuplot-minimal
+kmod              kmod
+libbenchmark-dev  google-benchmark-devel
+nftables          nftables
 man-db            man-db
 mandoc            mandoc
 po4a              po4a
