@@ -1,7 +1,8 @@
 find_program(BATS bats REQUIRED)
 
-# add_bats_tests(LABEL NAME COST): each test of the file NAME.bats is a test of CTest's, so that one which is skipped shows as
-# skipped. Those that cost more start earlier. The tests get the variables in bats_environment.
+# add_bats_tests(LABEL NAME COST [VARIANT]): each test of the file NAME.bats is a test of CTest's, so that one which is
+# skipped shows as skipped. Those that cost more start earlier. The tests get the variables in bats_environment; where a file
+# is added several times, VARIANT tells the tests apart.
 function(add_bats_tests label name cost)
   set(file ${CMAKE_CURRENT_SOURCE_DIR}/${name}.bats)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
@@ -9,7 +10,8 @@ function(add_bats_tests label name cost)
   foreach(heading IN LISTS headings)
     string(REGEX REPLACE "^@test \"(.*)\" {$" "\\1" title "${heading}")
     string(REGEX REPLACE "([][.*+?(){}|^$\\])" "\\\\\\1" pattern "${title}")
-    set(test "${label}.${name}: ${title}")
+    string(JOIN "." group ${label} ${name} ${ARGN})
+    set(test "${group}: ${title}")
     add_test(NAME ${test} COMMAND ${BATS} --tap --filter "^${pattern}$" ${file})
     # A filter that fits no test, or more than one, is a failure.
     set_tests_properties(${test} PROPERTIES

@@ -45,6 +45,11 @@ nftables          nftables
 man-db            man-db
 mandoc            mandoc
 po4a              po4a
+bash-completion   bash-completion
+zsh               zsh
+fish              fish
+python3-pexpect   python3-pexpect
+python3-pyte      python3-pyte
 '
 
 is_installed_by_apt() {
