@@ -3,7 +3,7 @@
 # What is offered is what the help texts of the programs name, with the help's own descriptions where the shell shows some.
 
 load support/shell.bash
-load support/help_words.bash
+load "$ORVEX_SOURCE_DIR/tests/support/help_words.bash"
 
 setup() {
   start_shell_session
@@ -30,13 +30,13 @@ print_cases() {
 
 @test "the words and options of orvex_local" {
   # Below the second level only the help remains, which nobody types there.
-  print_local_words | awk -F '\t' '$1 !~ / / && $1 != "fail"' | print_cases orvex_local >cases
+  print_tool_words orvex_local | awk -F '\t' '$1 !~ / / && $1 != "fail"' | print_cases orvex_local >cases
   [[ $(grep -c '^?' cases) -ge 17 ]]
   expect_offers <cases
 }
 
 @test "the options of orvex_local fail" {
   # The service functions that it takes are no words of the help.
-  print_local_words | awk -F '\t' '$1 == "fail"' | print_cases orvex_local >cases
+  print_tool_words orvex_local | awk -F '\t' '$1 == "fail"' | print_cases orvex_local >cases
   expect_offers <cases
 }

@@ -2,7 +2,18 @@
 # SPDX-License-Identifier: Apache-2.0
 # What the manual pages say, in either language.
 
-# print_manual_words PAGE OWNERS: the words and options that the page tells, in the form of words.bash. OWNERS says what they
+# print_owners: for each word of the rows on standard input, which are those of help_words.bash, the module or command that it
+# belongs to, or "-" for the program itself; a tab; the word or option.
+print_owners() {
+  awk -F '\t' '{
+    owner = $1 == "" ? "-" : $1
+    sub(/ .*/, "", owner)
+    count = split($2, words, " ")
+    for (at = 1; at <= count; ++at) print owner "\t" words[at]
+  }'
+}
+
+# print_manual_words PAGE OWNERS: the words and options that the page tells, in the form of print_owners. OWNERS says what they
 # belong to: "headings", the word with a colon that begins the heading above them, or "items", the command that begins the
 # list item. What stands under no such heading or item belongs to the program itself.
 print_manual_words() {

@@ -8,7 +8,7 @@
 print_policy_words() {
   local module
   orvex_policy --help | read_policy_help ''
-  for module in exec net file proc kmod userid box; do
+  for module in $(orvex_policy --help | sed -nE '/^   module:/,/^   [a-z]/ s/^       ([a-z]+):.*/\1/p'); do
     orvex_policy "$module" --help | read_policy_help "$module"
   done
 }
@@ -42,24 +42,18 @@ read_policy_help() {
     }'
 }
 
-# print_local_words: those of orvex_local.
-print_local_words() {
-  local command deeper
-  orvex_local --help | read_local_help ''
-  while read -r command; do
-    orvex_local "$command" --help | read_local_help "$command"
-    while read -r deeper; do
-      orvex_local "$command" "$deeper" --help | read_local_help "$command $deeper"
-    done < <(orvex_local "$command" --help | print_subcommands)
-  done < <(orvex_local --help | print_subcommands)
+# print_tool_words TOOL [COMMAND...]: those of a tool that lists its commands in its help, such as orvex_local, and of what
+# these take in turn.
+print_tool_words() {
+  local command
+  "$@" --help | read_tool_help "${*:2}"
+  for command in $("$@" --help | sed -n '/^Subcommands:/,$ s/^  \([a-z]*\) .*/\1/p'); do
+    print_tool_words "$@" "$command"
+  done
 }
 
-print_subcommands() {
-  sed -n '/^Subcommands:/,$ s/^  \([a-z]*\) .*/\1/p'
-}
-
-# read_local_help CONTEXT: the same. The texts stand in a column of their own.
-read_local_help() {
+# read_tool_help CONTEXT: a row for each entry of the help on standard input, in which the texts stand in a column of their own.
+read_tool_help() {
   awk -v context="$1" -v OFS='\t' '
     /^[A-Z]/ { is_list = /^(Options|Subcommands):/ }
     is_list && /^  [-a-z]/ {
