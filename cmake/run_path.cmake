@@ -1,13 +1,14 @@
-# Programs in bin find the stand-in's libraries in lib beside them, and the libraries each other, wherever the tree lies. The
-# run path is linked as it stands: one that CMake means to change later is padded with an empty entry, which would be the
-# current directory. Against the framework's own libraries there is none.
+# What belongs to the programs alone lies in lib beside their directory, in the build tree as where they are installed: the
+# modules of orvex_policy, and the stand-in in a place where neither the system nor orvex_policy looks by itself.
+cmake_path(SET private_library_dir NORMALIZE "${CMAKE_INSTALL_BINDIR}/../lib")
+set(stand_in_name orvex-policy-local)
+
+# A run path is linked as it stands: one that CMake means to change later is padded with an empty entry, which would be the
+# current directory. The programs of a build with the stand-in find it wherever the tree lies. Against the framework's own
+# libraries there is no run path.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 if(ORVEX_SERVICE_DIR)
   set(CMAKE_INSTALL_RPATH "")
 else()
-  set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib")
-  # Of all the install rules this one comes first.
-  install(CODE [[message(FATAL_ERROR
-    "This build is linked with the stand-in for the service library and is not for installing. "
-    "Configure one with -DORVEX_SERVICE_DIR=DIR, the directory of the framework's own libraries.")]])
+  set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib/${stand_in_name}")
 endif()
