@@ -27,6 +27,7 @@ bats              bats
 rpm               rpm-build
 util-linux        util-linux
 locales           glibc-locale-source
+python3-jsonschema python3-jsonschema
 '
 check_packages='
 clang             clang

@@ -28,6 +28,9 @@ public:
 
     bool empty() const { return records_ == nullptr || count_ == 0; }
 
+    /// All records, in the library's order.
+    std::span<const Record> all() const { return empty() ? std::span<const Record>() : std::span(records_, count_); }
+
     /// Returns the first record of `object`, byte for byte, or null. Records without a resource are skipped.
     const Record* find(const std::string& object) const {
         for (std::uint64_t i = 0; !empty() && i < count_; ++i) {

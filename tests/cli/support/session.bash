@@ -4,7 +4,7 @@
 # the programs in ORVEX_BIN_DIR and the source tree in ORVEX_SOURCE_DIR.
 bats_require_minimum_version 1.5.0
 load "$ORVEX_SOURCE_DIR/scripts/lib/session.bash"
-load support/texts.bash
+load "$ORVEX_SOURCE_DIR/tests/cli/support/texts.bash"
 
 # start_session: gives the test a home, a state and a working directory of its own, all empty, and no input. The programs
 # lie in $programs, where all its users can run them.
