@@ -8,14 +8,23 @@ namespace state {
 
 /// What the user wants, as he typed it.
 struct arguments {
+    /// The document; "-" is standard input.
+    std::string document;
     /// Where a dump goes; empty for standard output.
     std::string output;
+    bool is_json = false;
+    bool keeps_others = false;
 };
 
 inline constexpr int exit_done = 0;
+/// `diff` found something.
+inline constexpr int exit_different = 1;
 inline constexpr int exit_error = 2;
 
 /// Prints the policy of this host, or writes it to a file.
 int dump_policy(const arguments& given);
+
+/// Tells what differs between this host and the document.
+int show_differences(const arguments& given);
 
 }  // namespace state

@@ -24,6 +24,11 @@ CLI::App* add_command(CLI::App& app, const char* name, const char* help, int (*r
     return command;
 }
 
+void add_document(CLI::App* command, arguments& given) {
+    command->add_option("FILE", given.document, "the document; - is standard input")->required();
+    command->add_flag("--keep-others", given.keeps_others, "take nothing off the lists");
+}
+
 int run(int argc, char** argv) {
     CLI::App app("The policy of this host as one document.", "orvex_state");
     app.require_subcommand(1);
@@ -32,6 +37,10 @@ int run(int argc, char** argv) {
     int exit_value = exit_done;
     CLI::App* dump = add_command(app, "dump", "print the policy of this host", dump_policy, given, exit_value);
     dump->add_option("-o,--output", given.output, "write it to this file");
+    CLI::App* diff = add_command(app, "diff", "tell what differs between this host and a document", show_differences,
+                                 given, exit_value);
+    add_document(diff, given);
+    diff->add_flag("--json", given.is_json, "as a JSON list");
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
