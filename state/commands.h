@@ -17,14 +17,21 @@ struct arguments {
 };
 
 inline constexpr int exit_done = 0;
-/// `diff` found something.
+/// `diff` found something, or a change of `apply` did not come about.
 inline constexpr int exit_different = 1;
 inline constexpr int exit_error = 2;
+inline constexpr int exit_restart_needed = 3;
 
 /// Prints the policy of this host, or writes it to a file.
 int dump_policy(const arguments& given);
 
 /// Tells what differs between this host and the document.
 int show_differences(const arguments& given);
+
+/// Prints the commands that make this host what the document says.
+int show_plan(const arguments& given);
+
+/// Runs these commands, and looks whether the host is then what the document says.
+int apply_document(const arguments& given);
 
 }  // namespace state

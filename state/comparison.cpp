@@ -9,6 +9,7 @@
 
 #include "state/document.h"
 #include "state/host.h"
+#include "state/obstacles.h"
 
 namespace state {
 namespace {
@@ -45,6 +46,22 @@ comparison compare_with_document(const arguments& given) {
     compared.host = read_host();
     compared.all = find_differences(compared.host, compared.wanted, given.keeps_others);
     return compared;
+}
+
+plan make_plan(const comparison& compared, const arguments& given) {
+    const std::vector<std::string> obstacles = find_obstacles(compared.host, compared.wanted, compared.all);
+    std::string told;
+    for (const std::string& obstacle : obstacles) {
+        told += (told.empty() ? "" : "\norvex_state: ") + shown_name(given) + ": " + obstacle;
+    }
+    if (!told.empty()) {
+        throw failure(told);
+    }
+    return make_plan(compared.host, compared.wanted, compared.all);
+}
+
+void tell_restart() {
+    std::cerr << "orvex_state: the framework works after a restart of the machine; apply the document again then\n";
 }
 
 }  // namespace state

@@ -3,6 +3,7 @@
 
 #include "state/commands.h"
 #include "state/differences.h"
+#include "state/plan.h"
 
 namespace state {
 
@@ -15,5 +16,11 @@ struct comparison {
 
 /// Reads the document that the user names, then the host.
 comparison compare_with_document(const arguments& given);
+
+/// Plans the commands for what differs. Throws a failure that tells all obstacles where there are some.
+plan make_plan(const comparison& compared, const arguments& given);
+
+/// Tells on standard error that nothing more can be done before a restart.
+void tell_restart();
 
 }  // namespace state

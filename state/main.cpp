@@ -41,6 +41,12 @@ int run(int argc, char** argv) {
                                  given, exit_value);
     add_document(diff, given);
     diff->add_flag("--json", given.is_json, "as a JSON list");
+    add_document(add_command(app, "plan", "print the orvex_policy commands that make this host what a document says",
+                             show_plan, given, exit_value),
+                 given);
+    add_document(add_command(app, "apply", "run these commands, and look whether they did it", apply_document, given,
+                             exit_value),
+                 given);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
