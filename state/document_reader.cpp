@@ -59,14 +59,19 @@ private:
     std::vector<open_object> objects_;
 };
 
+/// What the parser says, without its own number of the fault.
+std::string plain_text(const json::exception& error) {
+    const std::string text = error.what();
+    const std::string said = text.substr(text.find("] ") + 2);
+    constexpr std::string_view intro = "parse error at ";
+    return said.starts_with(intro) ? said.substr(intro.size()) : said;
+}
+
 json parse(const std::string& document) {
     try {
         return json::parse(document, field_watch());
-    } catch (const json::parse_error& error) {
-        const std::string text = error.what();
-        constexpr std::string_view intro = "parse error at ";
-        const std::size_t start = text.find(intro);
-        throw failure(start == std::string::npos ? text : text.substr(start + intro.size()));
+    } catch (const json::exception& error) {
+        throw failure(plain_text(error));
     }
 }
 

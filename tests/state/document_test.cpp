@@ -187,6 +187,7 @@ TEST(state_document, that_is_no_json_is_refused_with_line_and_column) {
     EXPECT_EQ(refusal_of("{\n  nothing"),
               "line 2, column 4: syntax error while parsing object key - invalid literal; last read: '{<U+000A>  no'; "
               "expected string literal");
+    EXPECT_EQ(refusal_beside_version(R"("exec": 1e400)"), "number overflow parsing '1e400'");
     EXPECT_NE(refusal_of(""), "");
     EXPECT_NE(refusal_of("{\"version\": 1, \"kmod\": {\"modules\": [\"\xff\"]}}"), "");
 }
