@@ -165,6 +165,28 @@ show_processes() {
   show_with_processes orvex_policy proc -L
 }
 
+# show_elsewhere COMMAND...: the same on another host, which is another state of the stand-in.
+show_elsewhere() {
+  show orvex_local run --state twin "$@"
+}
+
+show_state() {
+  chapter 'Everything is one document, in which a person can make changes'
+  show orvex_state dump -o policy.json
+  show sed -i 's/"excepted_packages"/"excepted_package"/' policy.json
+  show orvex_state diff policy.json || true
+  show sed -i 's/"excepted_package"/"excepted_packages"/; s/"kmod": "on"/"kmod": "off"/' policy.json
+  show orvex_state diff policy.json || true
+  chapter 'Another host is to be the same: its framework is enabled, and it takes a restart to go on'
+  mkdir twin
+  show_elsewhere orvex_state apply policy.json || true
+  show_elsewhere orvex_local restart
+  show_elsewhere orvex_state apply policy.json
+  chapter 'A second time there is nothing to do'
+  show_elsewhere orvex_state apply policy.json
+  show_elsewhere orvex_state diff policy.json
+}
+
 # clean_up: ends the processes that live in the demonstration's place.
 clean_up() {
   end_processes
@@ -187,3 +209,4 @@ show_exec
 show_net
 show_file
 show_proc
+show_state
