@@ -56,6 +56,11 @@ bool differences::empty() const {
            std::all_of(lists.begin(), lists.end(), [](const auto& changes) { return changes.empty(); });
 }
 
+bool differences::touch(const std::string& section) const {
+    return std::any_of(all_lists().begin(), all_lists().end(),
+                       [&](const list_spec& spec) { return section == spec.section && !list(spec.id).empty(); });
+}
+
 differences find_differences(const policy& host, const policy& wanted, bool keeps_others) {
     differences all;
     if (wanted.framework && wanted.framework != host.framework) {

@@ -47,6 +47,9 @@ struct differences {
 
     const std::vector<object_change>& list(list_id id) const { return lists[static_cast<std::size_t>(id)]; }
     bool empty() const;
+
+    /// Tells whether a list of the section differs.
+    bool touch(const std::string& section) const;
 };
 
 /// Compares what the document `wanted` says with `host`. With `keeps_others` nothing has to go.

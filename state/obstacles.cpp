@@ -118,15 +118,6 @@ private:
         }
     }
 
-    bool is_changed(const std::string& section) const {
-        for (const list_spec& list : all_lists()) {
-            if (section == list.section && !all_.list(list.id).empty()) {
-                return true;
-            }
-        }
-        return false;
-    }
-
     /// Nothing can be changed then, and only a document that knows what the framework is to be may switch it on.
     void check_disabled_framework() {
         if (wanted_.framework) {
@@ -137,14 +128,14 @@ private:
             note({"modules"}, text);
         }
         for (const char* section : sections) {
-            if (is_changed(section)) {
+            if (all_.touch(section)) {
                 note({section}, text);
             }
         }
     }
 
     void check_framework() {
-        // The system service restarts the machine then, with no one to ask first.
+        // The machine restarts then, and orvex_policy, which asks first, has nobody to ask here.
         if (all_.framework && all_.framework->wanted == framework_disabled &&
             host_.module(role_module) == module_on_word) {
             note({"framework"}, "disabling it restarts the machine at once while the roles are separated");
@@ -165,7 +156,7 @@ private:
         for (const char* section : sections) {
             // With a framework that is to be disabled the module is off in the end.
             const bool is_told = wanted_.module(section) || wanted_.framework == framework_disabled;
-            if (is_changed(section) && host_.module(section) == module_off_word && !is_told) {
+            if (all_.touch(section) && host_.module(section) == module_off_word && !is_told) {
                 note({section}, "the module is off, and the document does not say what it is to be");
             }
         }
@@ -184,7 +175,7 @@ private:
         }
     }
 
-    problem check_addition(const list_spec& list, const object_change& object) const {
+    static problem check_addition(const list_spec& list, const object_change& object) {
         if (problem found = check_name(object.name, list.sort, list.takes_many)) {
             return found;
         }
@@ -251,7 +242,7 @@ private:
         }
     }
 
-    /// For an exception of a package the rule of the list of packages is the one of all of file protection.
+    /// The list of protected packages has no rule for paths: that of file protection's other lists holds.
     static problem check_exception(const std::string& name, const exception_spec& spec, removal_rule rule) {
         if (problem found = check_name(name, spec.sort, true)) {
             return found;

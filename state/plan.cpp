@@ -85,7 +85,7 @@ private:
     void change_section(const std::string& section) {
         const std::string now = host_.module(section).value();
         const std::string target = wanted_.module(section).value_or(now);
-        const bool is_changed = has_changes(section);
+        const bool is_changed = all_.touch(section);
         const bool is_switched_on =
             (target == module_on_word && now != module_on_word) || (is_changed && now == module_off_word);
         if (is_switched_on) {
@@ -102,15 +102,6 @@ private:
         if (target == module_off_word && (is_switched_on || now != module_off_word)) {
             add(switch_command(section, module_off_word));
         }
-    }
-
-    bool has_changes(const std::string& section) const {
-        for (const list_spec& list : all_lists()) {
-            if (section == list.section && !all_.list(list.id).empty()) {
-                return true;
-            }
-        }
-        return false;
     }
 
     void switch_scripts(const std::string& exec_now) {
