@@ -10,7 +10,7 @@ setup() {
   export LC_ALL=C.UTF-8
   pages=(man/*.8 man/zh_CN/*.8)
   # All that have manuals but orvex_policy, whose help is of another form.
-  tools=(orvex_local)
+  tools=(orvex_local orvex_state)
   # A line of Chinese has more than 80 bytes with less than 30 letters, and the name that mandoc has for a letter ends in a
   # bracket, which it then takes for punctuation.
   chinese_style='longer than 80 bytes|trailing delimiter: (Nd|Sh|Ss|Sx) .*\\[u[0-9A-F]+\]$'

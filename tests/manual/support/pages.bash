@@ -42,7 +42,7 @@ print_manual_words() {
         if ($field ~ /^\.?Fl$/) prefix = $(field - 1) ~ /^\.?Fl$/ && field > 1 ? "--" : "-"
         else if ($field ~ /^\.?Cm$/) prefix = ""
         else if ($field ~ /^\.?[A-Z][a-z]$/) prefix = "none"
-        else if (prefix != "none" && $field ~ /^[A-Za-z]+$/ && prefix $field != owner) tell(owner, prefix $field)
+        else if (prefix != "none" && $field ~ /^[A-Za-z][A-Za-z-]*$/ && prefix $field != owner) tell(owner, prefix $field)
       }
     }
     function tell(owner, word) { if (!seen[owner, word]++) print owner "\t" word }'
