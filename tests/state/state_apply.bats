@@ -83,6 +83,19 @@ END
   cmp empty.json again.json
 }
 
+@test "names that are too many for one argument come in several commands" {
+  switch_on file
+  mkdir many
+  local name
+  name=$(printf 'long%.0s' {1..60})
+  touch "many/$name"{1..600}
+  want "\"file\": {\"files\": {$(printf "\"%s\": {}," "$PWD/many/"* | sed 's/,$//')}}"
+  as 0 orvex_state apply wanted.json
+  [[ $exit_value -eq 0 && $(wc -l <"$BATS_TEST_TMPDIR/output") -eq 2 ]]
+  as 0 orvex_policy file -L
+  [[ $(wc -l <"$BATS_TEST_TMPDIR/output") -eq 600 ]]
+}
+
 @test "others stay where that is wanted" {
   fill_host
   want '"kmod": {"modules": ["xfs"]}, "file": {"files": {}}'
