@@ -17,9 +17,9 @@ namespace {
 constexpr const char* start_text = "orvex开启成功, 重启后生效!\n";
 
 void show_output(const std::string& output) {
-    std::istringstream lines(make_visible(output));
+    std::istringstream lines(output);
     for (std::string line; std::getline(lines, line);) {
-        std::cout << "  " << line << '\n';
+        std::cout << "  " << make_visible(line) << '\n';
     }
 }
 

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <utility>
 
 #include "state/document.h"
 #include "state/host.h"
@@ -49,13 +50,12 @@ comparison compare_with_document(const arguments& given) {
 }
 
 plan make_plan(const comparison& compared, const arguments& given) {
-    const std::vector<std::string> obstacles = find_obstacles(compared.host, compared.wanted, compared.all);
-    std::string told;
-    for (const std::string& obstacle : obstacles) {
-        told += (told.empty() ? "" : "\norvex_state: ") + shown_name(given) + ": " + obstacle;
+    std::vector<std::string> obstacles = find_obstacles(compared.host, compared.wanted, compared.all);
+    for (std::string& obstacle : obstacles) {
+        obstacle = shown_name(given) + ": " + obstacle;
     }
-    if (!told.empty()) {
-        throw failure(told);
+    if (!obstacles.empty()) {
+        throw refusal(std::move(obstacles));
     }
     return make_plan(compared.host, compared.wanted, compared.all);
 }

@@ -17,7 +17,7 @@ struct comparison {
 /// Reads the document that the user names, then the host.
 comparison compare_with_document(const arguments& given);
 
-/// Plans the commands for what differs. Throws a failure that tells all obstacles where there are some.
+/// Plans the commands for what differs. Throws a refusal that tells all obstacles where there are some.
 plan make_plan(const comparison& compared, const arguments& given);
 
 /// Tells on standard error that nothing more can be done before a restart.

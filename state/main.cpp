@@ -6,6 +6,7 @@
 #include <string>
 
 #include "state/commands.h"
+#include "state/policy.h"
 #include "state/text.h"
 
 namespace {
@@ -62,6 +63,11 @@ int main(int argc, char** argv) {
         const int exit_value = run(argc, argv);
         std::cout.flush();
         return std::cout ? exit_value : tell("standard output cannot be written");
+    } catch (const refusal& refused) {
+        for (const std::string& problem : refused.problems()) {
+            tell(problem);
+        }
+        return exit_error;
     } catch (const std::exception& error) {
         return tell(error.what());
     }

@@ -10,6 +10,7 @@
 #include <set>
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace state {
@@ -18,6 +19,19 @@ namespace state {
 class failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
+};
+
+/// A document that no commands can bring about.
+class refusal : public failure {
+public:
+    explicit refusal(std::vector<std::string> problems)
+        : failure("the document is refused"), problems_(std::move(problems)) {}
+
+    /// What is wrong with it, a line each.
+    const std::vector<std::string>& problems() const { return problems_; }
+
+private:
+    std::vector<std::string> problems_;
 };
 
 /// Words for the framework's global state.

@@ -125,7 +125,7 @@ std::string quote_word(std::string_view word) {
 std::string make_visible(std::string_view text) {
     std::string visible;
     for_each_piece(text, [&](const piece& next) {
-        if (next.is_printable || next.bytes == "\n" || next.bytes == "\t") {
+        if (next.is_printable || next.bytes == "\t") {
             visible += next.bytes;
         } else {
             append_hex(visible, next.bytes);

@@ -17,7 +17,7 @@ std::optional<std::string> unescape_name(std::string_view text);
 /// Returns `word` quoted for a shell, where it needs that. What a terminal would not print stands as $'...'.
 std::string quote_word(std::string_view word);
 
-/// Returns `text` with "\xHH" for each byte that a terminal would not print, line breaks and tabs left out.
+/// Returns the line `text` with "\xHH" for each byte that a terminal would not print, tabs left out.
 std::string make_visible(std::string_view text);
 
 }  // namespace state

@@ -60,6 +60,11 @@ END
     "wanted.json: /exec/whitelist: the host's $PWD/odd/a:b.sh: a name with ':' cannot be told from two names"
 }
 
+@test "a name with a line break fakes no line of its own" {
+  expect_refusal '"exec": {"excepted_packages": ["a\norvex_state: all is well"]}' \
+    'wanted.json: /exec/excepted_packages/a\x0aorvex_state: all is well: a name with '"':' cannot be told from two names"
+}
+
 @test "a relative path is refused" {
   write_script a.sh
   expect_refusal '"exec": {"whitelist": {"a.sh": "intact"}, "excepted_files": ["~/a.sh"]}' \

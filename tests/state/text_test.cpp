@@ -110,8 +110,8 @@ TEST(quoted_word, is_read_by_a_shell_as_the_word_that_it_came_from) {
     }
 }
 
-TEST(visible_text, keeps_lines_and_tabs_and_spells_the_rest_of_what_is_not_printed) {
-    EXPECT_EQ(make_visible("行\t1\n2\x1b[2J\xff\x9b\\"), "行\t1\n2\\x1b[2J\\xff\\x9b\\");
+TEST(visible_text, keeps_tabs_and_spells_the_rest_of_what_is_not_printed) {
+    EXPECT_EQ(make_visible("行\t1\n2\x1b[2J\xff\x9b\\"), "行\t1\\x0a2\\x1b[2J\\xff\\x9b\\");
 }
 
 }  // namespace
