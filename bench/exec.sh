@@ -9,7 +9,6 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib/script.bash"
 source "$(dirname "${BASH_SOURCE[0]}")/lib/measure.bash"
-source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib/figures.bash"
 
 bare_loop_limit=1.15
 rpm_limit=1

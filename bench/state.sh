@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: Apache-2.0
-# Measures orvex_state on a host with 10,000 objects on each list. Ends with a failure where a figure is above its limit.
-# Called by scripts/bench.sh.
+# Measures orvex_state on a host with 10,000 objects on each list. Prints a table, and ends with a failure where a figure is
+# above its limit. Called by scripts/bench.sh.
 #
 # usage: bench/state.sh DIR
 #
 # DIR is an empty directory for the files. The programs have to be in PATH, and the state of the stand-in is replaced.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib/script.bash"
-source "$(dirname "${BASH_SOURCE[0]}")/../scripts/lib/figures.bash"
+source "$(dirname "${BASH_SOURCE[0]}")/lib/measure.bash"
 
 # Of the time of all listings together.
 listing_limit=2
@@ -45,25 +45,22 @@ END
 }
 
 measure_reading() {
-  local dump='orvex_state dump' diff="orvex_state diff $scratch/10000.json" memory small_memory command
+  local dump='orvex_state dump' diff="orvex_state diff $scratch/10000.json" command small_time small_memory
   fill_host 1000
-  orvex_state dump -o "$scratch/1000.json"
-  small_memory=$(peak_memory orvex_state dump)
+  small_memory=$(print_memory "$dump")
   measure 3 "$dump"
-  local small_time
   small_time=$(print_time "$dump")
   fill_host 10000
   orvex_state dump -o "$scratch/10000.json"
-  memory=$(peak_memory orvex_state dump)
   measure 3 "$dump" "$diff" "${listings[@]}"
   for command in dump diff; do
-    report "orvex_state $command: 10,000 objects on each list, to the listings of the same" \
+    report "\`orvex_state $command\`, 10,000 objects on each list, to the listings of the same" \
       "$(print_to_listings "${!command}")" "$listing_limit"
   done
-  report 'orvex_state dump: time, 10,000 objects to 1,000' \
-    "$(awk -v time="$(print_time "$dump")" -v other="$small_time" 'BEGIN { printf "%.2f", time / other }')" "$growth_limit"
-  report "orvex_state dump: KiB of memory, 10,000 objects ($memory) to 1,000 ($small_memory)" \
-    "$(awk -v memory="$memory" -v other="$small_memory" 'BEGIN { printf "%.2f", memory / other }')" "$growth_limit"
+  report "\`orvex_state dump\`, time, 10,000 objects to 1,000" \
+    "$(divide "$(print_time "$dump")" "$small_time")" "$growth_limit"
+  report "\`orvex_state dump\`, memory, 10,000 objects to 1,000" \
+    "$(divide "$(print_memory "$dump")" "$small_memory")" "$growth_limit"
 }
 
 # print_to_listings COMMAND: its time, to that of all listings together.
@@ -72,7 +69,7 @@ print_to_listings() {
   for listing in "${listings[@]}"; do
     total=$(awk -v total="$total" -v time="$(print_time "$listing")" 'BEGIN { print total + time }')
   done
-  awk -v time="$(print_time "$1")" -v total="$total" 'BEGIN { printf "%.2f", time / total }'
+  divide "$(print_time "$1")" "$total"
 }
 
 # For an emptied host: what packages, kernel modules and the exceptions of each object cost are commands of their own.
@@ -82,7 +79,7 @@ measure_commands() {
   for count in 1000 10000; do
     echo "{\"version\": 1, \"exec\": {\"whitelist\": {$(seq -f "\"$place/%05g\": \"intact\"" "$count" | paste -sd,)}}}" >"$wanted"
     bytes=$((count * (${#place} + 7)))
-    report "orvex_state plan: commands for $count files with names of $bytes bytes" \
+    report "\`orvex_state plan\`, commands for $count files with names of $bytes bytes" \
       "$(orvex_state plan "$wanted" | wc -l)" $((bytes / longest_argument + 1))
   done
 }
@@ -93,10 +90,10 @@ answer_help "$@"
 [[ $1 != *[[:space:]]* ]] || fail "blanks in the name of the directory: $1"
 place=$(cd "$1" && pwd)
 make_scratch
-prepare=()
 for file in $(seq -f "$place/%05g" 10000); do
   echo '#!/bin/sh' >"$file"
 done
+print_head 'What' 'Figure' 'Limit'
 measure_reading
 measure_commands
 exit "$exit_value"

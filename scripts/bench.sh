@@ -30,13 +30,14 @@ scripts/bootstrap.sh --all
 announce 'building'
 cmake --preset release
 cmake --build --preset release --target \
-  orvex_policy orvex_local call_cost in_one_piece micro_benchmarks one_line owner_query_loop package_walk peak_memory
+  orvex_policy orvex_local orvex_state call_cost in_one_piece micro_benchmarks one_line owner_query_loop package_walk peak_memory
 
 PATH="$PWD/build/release/bin:$PATH"
 make_scratch
 announce 'building packages, some of them of many files'
 tests/packages/make_packages.sh "$scratch/packages"
 tests/packages/make_packages.sh "$scratch/many" bench/specs
+tests/packages/make_packages.sh "$scratch/names" bench/completion_specs
 export ORVEX_LOCAL_STATE="$scratch/state"
 
 exit_value=0
@@ -44,6 +45,9 @@ HOME=$scratch/packages/home measure 'The start' bench/start.sh "$scratch/package
 HOME=$scratch/many/home measure 'Execution control of files' bench/exec.sh "$scratch/many/root/orvex-many"
 HOME=$scratch/many/home measure 'Growth' bench/growth.sh "$scratch/many/root/orvex-many" "$scratch/growth"
 measure 'Loops' bench/loops.sh
+mkdir -m 755 "$scratch/objects"
+measure 'The document of a host' bench/state.sh "$scratch/objects"
+measure 'Completion' bench/completion.sh build/release/completion "$scratch/names/home"
 mkdir -p "$(dirname "$picture")"
 gnuplot -e "data='$scratch/growth'; picture='$picture'" bench/growth.gnuplot
 announce "the growth curves are drawn in $picture"
