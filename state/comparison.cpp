@@ -52,7 +52,7 @@ comparison compare_with_document(const arguments& given) {
 plan make_plan(const comparison& compared, const arguments& given) {
     std::vector<std::string> obstacles = find_obstacles(compared.host, compared.wanted, compared.all);
     for (std::string& obstacle : obstacles) {
-        obstacle = shown_name(given) + ": " + obstacle;
+        obstacle.insert(0, shown_name(given) + ": ");
     }
     if (!obstacles.empty()) {
         throw refusal(std::move(obstacles));

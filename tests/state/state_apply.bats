@@ -8,11 +8,6 @@ setup() {
   start_state_session
 }
 
-# want FIELDS: writes the document with these fields beside its version.
-want() {
-  echo "{\"version\": 1, $1}" >wanted.json
-}
-
 @test "a policy is put back on an emptied host, and a second time there is nothing to do" {
   fill_host
   # A file that was tampered with cannot be had by any command.
@@ -56,7 +51,7 @@ END
   fill_host
   empty_host
   dump empty.json
-  rm -r ./*.sh tools records notes.txt editor server fetch
+  remove_files
   fill_host
   as 0 orvex_state apply empty.json
   expect 0 <<END
@@ -181,7 +176,7 @@ END
     [[ $exit_value -eq 1 ]]
     as 0 orvex_state apply empty.json
     [[ $exit_value -eq 0 ]]
-    rm -r ./*.sh tools records notes.txt editor server fetch
+    remove_files
     fill_host
   done
 }

@@ -9,11 +9,6 @@ setup() {
   switch_on exec net file proc kmod
 }
 
-# want FIELDS: writes the document with these fields beside its version.
-want() {
-  echo "{\"version\": 1, $1}" >wanted.json
-}
-
 # expect_refusal FIELDS LINE...: what the document wants is refused with these lines, by plan and by apply, and nothing
 # changes.
 expect_refusal() {

@@ -56,6 +56,16 @@ fill_host() {
   do_silently 0 orvex_policy kmod -A -n 'a:b'
 }
 
+# want FIELDS: writes the document with these fields beside its version.
+want() {
+  echo "{\"version\": 1, $1}" >wanted.json
+}
+
+# remove_files: takes away what fill_host has put into the working directory.
+remove_files() {
+  rm -r ./*.sh tools records notes.txt editor server fetch
+}
+
 # expect_error LINE...: the last command said just these lines on standard error, nothing else, and ended with 2.
 expect_error() {
   expect_with_errors 2 "$(printf 'orvex_state: %s\n' "$@")"$'\n' </dev/null
