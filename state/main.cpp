@@ -26,8 +26,8 @@ CLI::App* add_command(CLI::App& app, const char* name, const char* help, int (*r
 }
 
 void add_document(CLI::App* command, arguments& given) {
-    command->add_option("FILE", given.document, "the document; - is standard input")->required();
-    command->add_flag("--keep-others", given.keeps_others, "take nothing off the lists");
+    command->add_option("FILE", given.document, "The document; - is standard input")->required();
+    command->add_flag("--keep-others", given.keeps_others, "Take nothing off the lists");
 }
 
 int run(int argc, char** argv) {
@@ -36,18 +36,18 @@ int run(int argc, char** argv) {
     app.set_version_flag("--version", "orvex_state " ORVEX_VERSION);
     arguments given;
     int exit_value = exit_done;
-    CLI::App* dump = add_command(app, "dump", "print the policy of this host", dump_policy, given, exit_value);
-    dump->add_option("-o,--output", given.output, "write it to this file");
-    CLI::App* diff = add_command(app, "diff", "tell what differs between this host and a document", show_differences,
+    CLI::App* dump = add_command(app, "dump", "Print the policy of this host", dump_policy, given, exit_value);
+    dump->add_option("-o,--output", given.output, "Write it to FILE");
+    CLI::App* diff = add_command(app, "diff", "Tell what differs between this host and a document", show_differences,
                                  given, exit_value);
     add_document(diff, given);
-    diff->add_flag("--json", given.is_json, "as a JSON list");
-    add_document(add_command(app, "plan", "print the orvex_policy commands that make this host what a document says",
-                             show_plan, given, exit_value),
+    diff->add_flag("--json", given.is_json, "Tell it as a JSON list");
+    add_document(add_command(app, "plan", "Print the commands that make this host what a document says", show_plan,
+                             given, exit_value),
                  given);
-    add_document(add_command(app, "apply", "run these commands, and look whether they did it", apply_document, given,
-                             exit_value),
-                 given);
+    add_document(
+        add_command(app, "apply", "Run these commands and look what came of it", apply_document, given, exit_value),
+        given);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -35,6 +35,12 @@ print_cases() {
   expect_offers <cases
 }
 
+@test "the words and options of orvex_state" {
+  print_tool_words orvex_state | print_cases orvex_state >cases
+  [[ $(grep -c '^?' cases) -eq 6 ]]
+  expect_offers <cases
+}
+
 @test "the options of orvex_local fail" {
   # The service functions that it takes are no words of the help.
   print_tool_words orvex_local | awk -F '\t' '$1 == "fail"' | print_cases orvex_local >cases

@@ -13,7 +13,7 @@ start_shell_session() {
   mkdir -p "$home/.local/share/bash-completion" "$BATS_TEST_TMPDIR"/{bin,desk}
   cp "$ORVEX_PACKAGES_DIR/home/.rpmmacros" "$home"
   ln -s "$ORVEX_COMPLETION_DIR" "$home/.local/share/bash-completion/completions"
-  for program in orvex_policy orvex_local; do
+  for program in orvex_policy orvex_state orvex_local; do
     printf '#!/bin/sh\nprintf "%%s\\n" "$@" >%s\n' "$BATS_TEST_TMPDIR/arguments" >"$BATS_TEST_TMPDIR/bin/$program"
     chmod +x "$BATS_TEST_TMPDIR/bin/$program"
   done
