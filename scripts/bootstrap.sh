@@ -51,6 +51,7 @@ zsh               zsh
 fish              fish
 python3-pexpect   python3-pexpect
 python3-pyte      python3-pyte
+rpmlint           rpmlint
 '
 
 is_installed_by_apt() {
