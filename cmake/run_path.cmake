@@ -12,3 +12,21 @@ if(ORVEX_SERVICE_DIR)
 else()
   set(CMAKE_INSTALL_RPATH "$ORIGIN/../lib/${stand_in_name}")
 endif()
+
+# install_program(TARGET): with the system's programs. What is installed knows of no stand-in, and so is linked once more: CMake
+# could take the run path out at that time, but would pad it until then.
+function(install_program target)
+  set(installed ${target})
+  if(NOT ORVEX_SERVICE_DIR)
+    set(installed ${target}_installed)
+    get_target_property(libraries ${target} LINK_LIBRARIES)
+    add_executable(${installed} $<TARGET_OBJECTS:${target}>)
+    target_link_libraries(${installed} PRIVATE ${libraries})
+    set_target_properties(${installed} PROPERTIES
+      LINKER_LANGUAGE CXX
+      OUTPUT_NAME ${target}
+      RUNTIME_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
+      INSTALL_RPATH "")
+  endif()
+  install(TARGETS ${installed} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endfunction()

@@ -100,7 +100,7 @@ END
 }
 
 # The libraries of the stand-in pass for the framework's, which have the same names.
-@test "a build against the framework's libraries installs the program and its modules alone, and finds them where the system does" {
+@test "a build against the framework's libraries installs the programs and their modules alone, which find them where the system does" {
   cp -R "$ORVEX_BIN_DIR/../lib/orvex-policy-local" framework
   cmake -S "$ORVEX_SOURCE_DIR" -B build -G Ninja -DCMAKE_CXX_COMPILER="${CXX:-c++}" -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_CXX_FLAGS_RELEASE=-O1 -DORVEX_SERVICE_DIR="$PWD/framework" >cmake.log
@@ -112,6 +112,7 @@ END
   print_objects root >installed
   diff -u - <(sed 's|.*/usr/local/||' installed | sort) <<'END'
 bin/orvex_policy
+bin/orvex_state
 lib/orvex_policy/orvex_gio.so
 lib/orvex_policy/orvex_rpm.so
 END

@@ -23,6 +23,7 @@ print_installed() {
   diff -u - <(print_installed) <<'END'
 usr/bin/orvex_local
 usr/bin/orvex_policy
+usr/bin/orvex_state
 usr/lib/orvex-policy-local/liborvex.so.0
 usr/lib/orvex-policy-local/liborvex_adv.so.0
 usr/lib/orvex-policy-local/liborvex_core.so.0
@@ -36,20 +37,26 @@ usr/lib/orvex_policy/orvex_gio.so
 usr/lib/orvex_policy/orvex_rpm.so
 usr/share/bash-completion/completions/orvex_local
 usr/share/bash-completion/completions/orvex_policy
+usr/share/bash-completion/completions/orvex_state
 usr/share/fish/vendor_completions.d/orvex_local.fish
 usr/share/fish/vendor_completions.d/orvex_policy.fish
+usr/share/fish/vendor_completions.d/orvex_state.fish
 usr/share/man/man8/orvex_local.8
 usr/share/man/man8/orvex_policy.8
+usr/share/man/man8/orvex_state.8
 usr/share/man/zh_CN/man8/orvex_local.8
 usr/share/man/zh_CN/man8/orvex_policy.8
+usr/share/man/zh_CN/man8/orvex_state.8
+usr/share/orvex_policy/orvex_state.schema.json
 usr/share/zsh/site-functions/_orvex_local
 usr/share/zsh/site-functions/_orvex_policy
+usr/share/zsh/site-functions/_orvex_state
 END
 }
 
 @test "program and stand-in are installed apart" {
   install_into "$PWD/root" --component orvex-policy
-  [[ $(print_installed | grep -c .) -eq 8 ]]
+  [[ $(print_installed | grep -c .) -eq 15 ]]
   [[ $(print_installed | grep -ic local) -eq 0 ]]
   rm -r root
   install_into "$PWD/root" --component orvex-policy-local
@@ -57,7 +64,7 @@ END
   [[ $(print_installed | grep -ic local) -eq 15 ]]
 }
 
-@test "the installed program looks for libraries where the system does, and the stand-in beside itself" {
+@test "the installed programs look for libraries where the system does, and the stand-in beside itself" {
   install_into "$PWD/root"
   rm root/usr/bin/orvex_local
   # shellcheck disable=SC2016
@@ -72,10 +79,13 @@ END
   [[ $(print_run_path root/usr/bin/orvex_local) == 'RUNPATH $ORIGIN/../lib/orvex-policy-local' ]]
 }
 
-@test "the installed program meets the stand-in by orvex_local alone" {
+@test "the installed programs meet the stand-in by orvex_local alone" {
   install_into "$PWD/root"
-  run --separate-stderr -127 root/usr/bin/orvex_policy status
-  [[ -z $output && $stderr == *'liborvex'*'cannot open shared object file'* ]]
+  for command in 'orvex_policy status' 'orvex_state dump'; do
+    # shellcheck disable=SC2086
+    run --separate-stderr -127 root/usr/bin/$command
+    [[ -z $output && $stderr == *'liborvex'*'cannot open shared object file'* ]]
+  done
   run -0 root/usr/bin/orvex_local run --state state root/usr/bin/orvex_policy status
   [[ $output == 'orvex status : disable' ]]
 }
