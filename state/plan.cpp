@@ -94,7 +94,7 @@ private:
         if (section == exec_module && target != module_off_word) {
             switch_scripts(now);
         }
-        if (section == std::string("net")) {
+        if (section == "net") {
             change_net();
         } else {
             change_lists(section);

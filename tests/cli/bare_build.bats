@@ -13,12 +13,12 @@ setup() {
 # build_bare: builds the program by the line of the document as ./bare.
 build_bare() {
   local libraries line
-  mapfile -t libraries < <(find "$ORVEX_BUILD_DIR/lib/orvex-policy-local" -type f \( -name 'liborvex*' -o -name 'libvemu*' \))
+  mapfile -t libraries < <(find "$ORVEX_BUILD_DIR/lib" -type f \( -name 'liborvex*' -o -name 'libvemu*' \))
   line=$(grep '^g++ ' "$ORVEX_SOURCE_DIR/docs/architecture.md")
   line=${line/g++/${CXX:-c++}}
   line=${line%<the eight libraries>}$(printf '%q ' "${libraries[@]}" -o "$PWD/bare")
   (cd "$ORVEX_SOURCE_DIR" && eval "${line//$'\n'/ }")
-  session_environment+=("LD_LIBRARY_PATH=$ORVEX_BUILD_DIR/lib/orvex-policy-local")
+  session_environment+=("LD_LIBRARY_PATH=$ORVEX_BUILD_DIR/lib")
 }
 
 # put_entry_in_front TEXT: every list of exception files holds this one entry; the framework and all modules are on.

@@ -174,7 +174,7 @@ END
 @test "a program, a library and a kernel module are controlled too" {
   start_framework_with exec
   cp /bin/true program
-  cp "$ORVEX_BIN_DIR"/../lib/orvex-policy-local/liborvex.so.0 library
+  cp "$ORVEX_BIN_DIR"/../lib/liborvex.so.0 library
   make_kernel_module module.ko module
   printf '#!' >short
   do_silently 0 orvex_policy exec -A -f program:library:module.ko:short

@@ -84,8 +84,8 @@ END
   done
   # shellcheck disable=SC2016
   diff -u - <(print_run_paths <objects) <<'END'
-bin RUNPATH $ORIGIN/../lib/orvex-policy-local
-orvex-policy-local RUNPATH $ORIGIN
+bin RUNPATH $ORIGIN/../lib
+lib RUNPATH $ORIGIN
 orvex_local RUNPATH $ORIGIN/..
 orvex_policy and nowhere else
 END
@@ -101,7 +101,7 @@ END
 
 # The libraries of the stand-in pass for the framework's, which have the same names.
 @test "a build against the framework's libraries installs the programs and their modules alone, which find them where the system does" {
-  cp -R "$ORVEX_BIN_DIR/../lib/orvex-policy-local" framework
+  cp -R "$ORVEX_BIN_DIR/../lib" framework
   cmake -S "$ORVEX_SOURCE_DIR" -B build -G Ninja -DCMAKE_CXX_COMPILER="${CXX:-c++}" -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_CXX_FLAGS_RELEASE=-O1 -DORVEX_SERVICE_DIR="$PWD/framework" >cmake.log
   cmake --build build >build.log || {

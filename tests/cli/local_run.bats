@@ -9,7 +9,7 @@ setup() {
 }
 
 @test "a command runs on the libraries that orvex_local runs on" {
-  libraries=${programs%/bin}/lib/orvex-policy-local
+  libraries=${programs%/bin}/lib
   as 0 orvex_local run printenv LD_LIBRARY_PATH
   expect 0 <<<"$libraries"
   as 0 env LD_LIBRARY_PATH=/one:/two orvex_local run printenv LD_LIBRARY_PATH
@@ -21,7 +21,7 @@ setup() {
 @test "a program that knows no place of the libraries finds them, wherever they were put" {
   mkdir -p installed/bin installed/lib
   cp "$ORVEX_BIN_DIR"/orvex_{policy,local} installed/bin
-  cp -P "$ORVEX_BUILD_DIR"/lib/orvex-policy-local/lib* installed/lib
+  cp -P "$ORVEX_BUILD_DIR"/lib/lib* installed/lib
   # The tool has to find its own library too, which a package would arrange.
   as 0 env "LD_LIBRARY_PATH=$PWD/installed/lib" installed/bin/orvex_local run printenv LD_LIBRARY_PATH
   expect 0 <<<"$PWD/installed/lib:$PWD/installed/lib"

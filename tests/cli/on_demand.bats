@@ -171,7 +171,7 @@ expect_refusal() {
 
 @test "without the part of the stand-in that reads files the calls that need it fail, and no others" {
   make_tree
-  rm tree/lib/orvex-policy-local/orvex_local/file_reader.so
+  rm tree/lib/orvex_local/file_reader.so
   start_framework_with exec
   as 0 "$PWD/tree/bin/orvex_policy" exec -A -f "$PWD/tree/bin/orvex_policy"
   expect 0 <<<"无需管控的文件类型, 无需添加或删除执行管控!"
