@@ -49,3 +49,28 @@ setup() {
   run ! scripts/play.sh --programs "$ORVEX_BIN_DIR" "$BATS_TEST_TMPDIR/mine"
   [[ -e $BATS_TEST_TMPDIR/mine/letter ]]
 }
+
+# make_test_program: a program with two tests, between which it does what the variable `ending` says.
+make_test_program() {
+  cat >"$BATS_TEST_TMPDIR/program" <<'END'
+#!/bin/sh
+if [ "$1" = --gtest_list_tests ]; then
+  printf 'subject.\n  first\n  second\n'
+  exit
+fi
+eval "$ending"
+echo '[==========] 2 tests from 1 test suite ran. (3 ms total)'
+END
+  chmod +x "$BATS_TEST_TMPDIR/program"
+}
+
+@test "a test program that runs as a whole has failed where it ends before its tests do" {
+  source scripts/lib/test_programs.bash
+  make_test_program
+  ending='true' run -0 run_whole env "$BATS_TEST_TMPDIR/program"
+  [[ $output == '[==========] 2 tests from 1 test suite ran. (3 ms total)' ]]
+  ending='exit 0' run -1 run_whole env "$BATS_TEST_TMPDIR/program"
+  [[ $output == "$BATS_TEST_TMPDIR/program: ended before its 2 tests did" ]]
+  ending='exit 3' run -3 run_whole "$BATS_TEST_TMPDIR/program"
+  ending='echo "[==========] 1 tests from 1 test suite ran."; exit' run -1 run_whole "$BATS_TEST_TMPDIR/program"
+}
