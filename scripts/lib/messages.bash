@@ -22,6 +22,7 @@ print_rows_of() {
 print_items_of() {
   local text meaning advice
   while IFS=$'\t' read -r text meaning advice; do
+    # shellcheck disable=SC2001
     printf '.It Li "%s"\n' "$(sed 's/[:!]$/\\\&&/' <<<"$text")"
     printf '%s\n' "$meaning" "${advice#-}" |
       sed -E 's/ -(-?)/ \\-\1/g; s/\\--/\\-\\-/g; s/([.!?]) ([A-Z])/\1\n\2/g; /^$/d' | fold_lines

@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: Apache-2.0
 # Runs a whole program of GoogleTest at once, where CTest, with a process for each test, is not wanted.
 
-# run_whole [COMMAND...] PROGRAM: runs all tests of the program in one process, as an argument of COMMAND where there is one.
-# An exit value of 0 is not enough: tested code can end the process before the tests do, so the closing summary has to tell
-# of every test that the program lists.
+# run_whole [COMMAND...] PROGRAM: runs all tests of the program in one process, as an argument of COMMAND where there is
+# one. An exit value of 0 is not enough: tested code can end the process before the tests do, so the closing summary has to
+# tell of every test that the program lists.
 run_whole() {
   local program=${!#} listed summary
   listed=$("$program" --gtest_list_tests | grep -c '^  ') || return

@@ -65,7 +65,7 @@ END
 }
 
 @test "a test program that runs as a whole has failed where it ends before its tests do" {
-  source scripts/lib/test_programs.bash
+  load "$ORVEX_SOURCE_DIR/scripts/lib/test_programs.bash"
   make_test_program
   ending='true' run -0 run_whole env "$BATS_TEST_TMPDIR/program"
   [[ $output == '[==========] 2 tests from 1 test suite ran. (3 ms total)' ]]
