@@ -13,7 +13,7 @@ setup() {
   # shellcheck disable=SC2016
   names=(
     'two words' ' edges ' "it's" '"double"' '%s%n%d' '-dash' '--list' 'semi;colon|pipe&' '$HOME `id` \n' '*' 'star*'
-    '执行' $'new\nline' $'tab\tbell\a' $'\xff\xfe\x80' $'broken\xe5\x86' 'x-1-2.noarch' "$(printf 'long%.0s' {1..60})"
+    '执行' $'new\nline' $'tab\tbell\a' $'\e]0;title\a\e[2J' $'\xff\xfe\x80' $'broken\xe5\x86' 'x-1-2.noarch' "$(printf 'n%.0s' {1..255})"
   )
 }
 
@@ -83,6 +83,18 @@ setup() {
     expect_line_for "不支持未安装的软件包[$name]设置" -D -e -P "$name"
     expect_line_for "不支持未安装的软件包[$name]查询" -L -P "$name"
   done
+}
+
+@test "a path of 4095 bytes is kept whole" {
+  make_long_path "$PWD"
+  cd "${path%/*}"
+  write_script "${path##*/}"
+  cd "$OLDPWD"
+  do_silently 0 orvex_policy exec -A -f "$path"
+  expect_line_for "$path       可执行" -L -f "$path"
+  do_silently 0 orvex_policy exec -A -e -f "$path"
+  expect_line_for "放行   文件:$path" -L
+  expect_line_for "文件路径[${path}p]不存在!" -A -f "${path}p"
 }
 
 @test "a colon cannot be part of a name" {

@@ -14,7 +14,7 @@ setup() {
 
 @test "every program, library and module that is built is hardened" {
   print_objects "$ORVEX_BIN_DIR" "$libraries" >objects
-  for name in orvex_policy orvex_local unit_tests liborvex.so.0 libvemulabelmgr.so orvex_policy/orvex_rpm.so \
+  for name in orvex_policy orvex_local orvex_state unit_tests liborvex.so.0 libvemulabelmgr.so orvex_policy/orvex_rpm.so \
     orvex_policy/orvex_gio.so orvex_local/file_reader.so; do
     grep -q "/$name$" objects
   done

@@ -10,7 +10,7 @@ setup() {
   # shellcheck disable=SC2016
   names=(
     'two words' ' edges ' "it's" '"double"' '%s%n%d' '-dash' '--list' 'semi;colon|pipe&' '$HOME `id` \n' '*'
-    'a:b' '../up' '内核模块' $'new\nline' $'tab\tbell\a' $'\xff\xfe\x80' $'broken\xe5\x86'
+    'a:b' '../up' '内核模块' $'new\nline' $'tab\tbell\a' $'\e]0;title\a\e[2J' $'\xff\xfe\x80' $'broken\xe5\x86'
     "$(printf 'long%.0s' {1..1000})"
   )
 }
@@ -48,6 +48,17 @@ setup() {
     as 0 orvex_policy kmod -A -f "$name"
     expect 0 <<<"路径[$name]是目录, 请输入文件路径"
   done
+}
+
+@test "a path of 4095 bytes is kept whole" {
+  make_kernel_module plain.ko plain
+  make_long_path "$PWD"
+  cp plain.ko "$path"
+  do_silently 0 orvex_policy kmod -A -f "$path"
+  as 0 orvex_policy kmod -A -f "$path"
+  expect 0 <<<"文件[$path]已添加内核模块防卸载, 无需重复添加!"
+  as 0 orvex_policy kmod -A -f "${path}p"
+  expect 0 <<<"文件路径[${path}p]不存在!"
 }
 
 @test "the name inside a file is kept byte for byte" {

@@ -12,7 +12,7 @@ setup() {
   # shellcheck disable=SC2016
   names=(
     'two words' ' edges ' "it's" '"double"' '%s%n%d' '-dash' '--list' 'semi;colon|pipe&' '$HOME `id` \n' '*' '~'
-    'a:b' '网络程序' $'new\nline' $'tab\tbell\a' $'\xff\xfe\x80' $'broken\xe5\x86'
+    'a:b' '网络程序' $'new\nline' $'tab\tbell\a' $'\e]0;title\a\e[2J' $'\xff\xfe\x80' $'broken\xe5\x86'
   )
 }
 
@@ -58,19 +58,7 @@ setup() {
 
 # The longest path that the system opens has 4095 bytes; the label ends earlier.
 @test "a path of 4095 bytes is kept whole, with a label of 255" {
-  # Sixteen pieces of 254 bytes, each behind a slash, behind the root.
-  piece=$(printf 'p%.0s' {1..254})
-  path=$root
-  for _ in {1..16}; do
-    path+=/$piece
-  done
-  path=${path:0:4095}
-  # A full path to it from here is too long.
-  cd "$root"
-  mkdir -p "$(dirname "${path#"$root"/}")"
-  touch "${path#"$root"/}"
-  [[ ${#path} -eq $(printf '%s' "$path" | wc -c) ]]
-
+  make_long_path "$root"
   do_silently 0 orvex_policy net -A -f "$path"
   expect_listed < <(printf '应用程序:\n   阻止: %s\n' "$path")
   do_silently 0 orvex_policy net -U -f "$path" -v allow
@@ -79,5 +67,5 @@ setup() {
   expect_nothing_listed
   # A longer one names no file, and no policy.
   expect_line_for "文件路径[${path}p]不存在!" -A -f "${path}p"
-  expect_line_for "程序[${path}$piece]的联网管控策略不存在, 无需删除!" -D -f "${path}$piece"
+  expect_line_for "程序[$path/longer]的联网管控策略不存在, 无需删除!" -D -f "$path/longer"
 }

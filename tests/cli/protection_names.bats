@@ -11,7 +11,7 @@ setup() {
   # shellcheck disable=SC2016
   names=(
     'two words' ' edges ' "it's" '"double"' '%s%n%d' '-dash' '--list' 'semi;colon|pipe&' '$HOME `id` \n' '*' 'star*'
-    '{例外}' '防护' $'new\nline' $'tab\tbell\a' $'\xff\xfe\x80' $'broken\xe5\x86' "$(printf 'long%.0s' {1..60})"
+    '{例外}' '防护' $'new\nline' $'tab\tbell\a' $'\e]0;title\a\e[2J' $'\xff\xfe\x80' $'broken\xe5\x86' "$(printf 'n%.0s' {1..255})"
   )
 }
 
@@ -107,4 +107,19 @@ setup() {
   expect_log <<END
 18 file set_file_except_policy del file except failed, readonly file = %s %n, except = $PWD/x:, ret = -1
 END
+}
+
+@test "a path of 4095 bytes is kept whole" {
+  make_long_path "$PWD"
+  for word in file proc; do
+    use_module "$word"
+    start_framework_with "$word"
+    change -A -f "$path"
+    change -A -f "$path" -e -f "$path"
+    expect_listed "$path{例外:$path}"
+    expect_line_for "文件路径[${path}p]不存在!" -A -f "${path}p"
+    change -D -f "$path"
+    expect_listed
+    do_silently 0 orvex_policy disable
+  done
 }

@@ -2,15 +2,7 @@
 # SPDX-License-Identifier: Apache-2.0
 # Reads from the ELF headers of what a build leaves how it can be attacked, and where it looks for libraries.
 
-# print_objects DIR...: the programs and shared objects in these directories.
-print_objects() {
-  find "$@" -type f \( -perm -u+x -o -name '*.so*' \) -exec sh -c 'readelf -h "$1" >/dev/null 2>&1' sh {} \; -print
-}
-
-# print_run_path FILE
-print_run_path() {
-  readelf --dynamic --wide "$1" | sed -n 's/.*(\(RPATH\|RUNPATH\)).*\[\(.*\)\]/\1 \2/p'
-}
+load "$ORVEX_SOURCE_DIR/tests/support/elf_files.bash"
 
 # is_built_optimised: only optimised builds are hardened.
 is_built_optimised() {
@@ -51,7 +43,7 @@ expect_hardened() {
     run -1 grep -E '^ *LOAD.* RWE ' <<<"$elf"
     run -1 grep -F '(TEXTREL)' <<<"$elf"
     # shellcheck disable=SC2016
-    run -1 grep -Ev '^R(UN)?PATH \$ORIGIN/\.\.(/[a-z_]+)?$' < <(print_run_path "$file")
+    run -1 grep -Ev '^RUNPATH \$ORIGIN(/\.\.(/[a-z_-]+)*)?$' < <(print_run_path "$file")
     if are_start_files_marked; then
       has_cet_notes "$file"
     fi

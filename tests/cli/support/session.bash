@@ -74,6 +74,20 @@ make_store() {
   [[ $exit_value -eq 0 ]]
 }
 
+# make_long_path DIR: makes below the directory a file whose whole path, in $path, has the 4095 bytes that the system opens
+# at most.
+make_long_path() {
+  local piece inside
+  # Sixteen pieces of 254 bytes, each behind a slash, behind the directory.
+  piece=/$(printf 'p%.0s' {1..254})
+  path=$1$(printf "$piece%.0s" {1..16})
+  path=${path:0:4094}p
+  # A full path to it from elsewhere is too long.
+  inside=${path#"$1"/}
+  (cd "$1" && mkdir -p "${inside%/*}" && touch "$inside")
+  [[ $(printf '%s' "$path" | wc -c) -eq 4095 ]]
+}
+
 # restart: the simulated restart of the machine.
 restart() {
   as 0 orvex_local restart
