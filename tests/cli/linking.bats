@@ -5,7 +5,6 @@
 load support/session.bash
 load support/objects.bash
 load support/service_functions.bash
-load "$ORVEX_SOURCE_DIR/tests/support/elf_files.bash"
 
 setup() {
   start_session
