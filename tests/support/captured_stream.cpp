@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "support/captured_stream.h"
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -19,7 +20,8 @@ Number check(Number result) {
 
 }  // namespace
 
-captured_stream::captured_stream(FILE* stream) : stream_(stream), file_(std::tmpfile()) {
+captured_stream::captured_stream(FILE* stream)
+    : stream_(stream), file_(fdopen(memfd_create("captured stream", MFD_CLOEXEC), "w+")) {
     check(file_ == nullptr ? -1 : 0);
     check(std::fflush(stream_));
     old_place_ = check(dup(fileno(stream_)));
