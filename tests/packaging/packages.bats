@@ -93,6 +93,8 @@ print_linker_cache() {
   manage_packages --verify orvex-policy orvex-policy-local
   run -0 root/usr/bin/orvex_local run --state state root/usr/bin/orvex_policy status
   [[ $output == 'orvex status : disable' ]]
+  run -0 root/usr/bin/orvex_local run --state state root/usr/bin/orvex_state dump
+  [[ $output == *'"framework": "disabled"'* ]]
   run -0 root/usr/bin/orvex_local run --state state --uid 0 root/usr/bin/orvex_policy exec on
   run -0 root/usr/bin/orvex_local run --state state root/usr/bin/orvex_local restart
   run -0 root/usr/bin/orvex_local run --state state --uid 0 root/usr/bin/orvex_policy exec -A -P orvex-nothing
