@@ -118,7 +118,7 @@ check_sessions() {
   fi
 }
 
-# apply FILE LINE TEXT: the line becomes the text, and where this has two lines the next one does too.
+# apply FILE LINE TEXT: the line and the next ones become the text, which has as many lines.
 apply() {
   LC_ALL=C awk -v at="$2" -v text="${3//\\/\\\\}" '
     NR == at { skip = gsub("\v", "\n", text); print text; next }

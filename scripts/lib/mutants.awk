@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: Apache-2.0
 # Lists single-point changes of C++ sources, one a line: FILE:LINE:NUMBER, the kind, and what stands in the place of that
-# line. Behind a vertical tab follows what stands in the place of the next line.
+# line. Behind each vertical tab follows what stands in the place of the next line.
 #
 # usage: LC_ALL=C awk -f mutants.awk FILE...
 
@@ -88,12 +88,14 @@ function without_blank(text) { sub(/^ /, "", text); return text }
 
 function count_of(text, piece) { return gsub(piece, "", text) }
 
-# is_statement(N): the line is a whole statement, and no declaration.
-function is_statement(n) {
-  return code[n] ~ /^ +[^ ].*;$/ && before(n) ~ /[;{}:]$/ &&
-    code[n] !~ /^ +(const|constexpr|static|static_assert\(|auto|int|bool|char|virtual|using|explicit|friend|struct|class|inline|std::[a-z_:<>]+ [a-z_]+ ?[;=({])/ &&
-    code[n] !~ /(= default|= delete|override|noexcept|const);$/ &&
-    count_of(code[n], "[(]") == count_of(code[n], "[)]") && count_of(code[n], "[{]") == count_of(code[n], "[}]")
+# end_of_statement(N): the last line of the statement that begins in this line, or 0 where there is none, or a declaration.
+function end_of_statement(n,    text, last) {
+  if (code[n] !~ /^ +[^ ]/ || before(n) !~ /[;{}:]$/ ||
+    code[n] ~ /^ +(const|constexpr|static|static_assert\(|auto|int|bool|char|virtual|using|explicit|friend|struct|class|inline|std::[a-z_:<>]+ [a-z_]+ ?[;=({])/ ||
+    code[n] ~ /(= default|= delete|override|noexcept|const);$/) return 0
+  for (last = n; last < n + 4 && code[last] !~ /[;{}:]$/; last++) text = text code[last]
+  text = text code[last]
+  return text ~ /;$/ && count_of(text, "[(]") == count_of(text, "[)]") && count_of(text, "[{]") == count_of(text, "[}]") ? last : 0
 }
 
 # The code in front of line N.
@@ -104,11 +106,21 @@ function before(n) {
 
 function indent_of(text) { match(text, /^ */); return RLENGTH }
 
-function change_statements() {
-  if (!is_statement(number)) return
-  emit("dropped statement", "")
-  if (is_statement(number + 1) && indent_of(code[number]) == indent_of(code[number + 1])) {
-    emit("swapped statements", lines[number + 1] "\v" lines[number])
+# The lines from `first` to `last`, with vertical tabs between them.
+function join_lines(first, last,    text) {
+  for (text = lines[first++]; first <= last; first++) text = text "\v" lines[first]
+  return text
+}
+
+function change_statements(    last, next_last, gap) {
+  last = end_of_statement(number)
+  if (!last) return
+  gap = join_lines(number, last)
+  gsub(/[^\v]/, "", gap)
+  emit("dropped statement", gap)
+  next_last = end_of_statement(last + 1)
+  if (next_last && indent_of(code[number]) == indent_of(code[last + 1])) {
+    emit("swapped statements", join_lines(last + 1, next_last) "\v" join_lines(number, last))
   }
 }
 

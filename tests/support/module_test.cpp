@@ -29,6 +29,13 @@ std::string lines(const std::vector<std::string>& texts) {
     return joined;
 }
 
+namespace {
+
+/// Where the present call prints to, or null. There is one at a time.
+const captured_stream* present_output = nullptr;
+
+}  // namespace
+
 module_test::module_test() = default;
 module_test::~module_test() = default;
 
@@ -41,7 +48,9 @@ call_result module_test::capture(const std::function<int()>& call) {
     std::cout.clear();
     optind = 0;
     const captured_stream output(stdout);
+    present_output = &output;
     const int value = call();
+    present_output = nullptr;
     return {value, output.read_all()};
 }
 
@@ -89,5 +98,8 @@ void module_test::expect_locale() {
 
 void module_test::expect_log(const std::string& tag, const std::string& function, const std::string& format,
                              const std::string& message) {
-    EXPECT_CALL(service, orvex_log(18, tag, function, format, message));
+    EXPECT_CALL(service, orvex_log(18, tag, function, format, message)).WillOnce([] {
+        EXPECT_FALSE(present_output != nullptr && present_output->read_all().empty())
+            << "the record was logged in front of its line";
+    });
 }
