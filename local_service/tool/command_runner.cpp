@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "tool/command_runner.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <grp.h>
 #include <sched.h>
@@ -11,11 +10,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 
 #include "core/failure.h"
+#include "core/library_directory.h"
 #include "core/paths.h"
 #include "core/state_directory.h"
 #include "core/trace.h"
@@ -34,15 +33,6 @@ void set_variable(const char* name, const std::string& value) {
     if (setenv(name, value.c_str(), 1) != 0) {
         throw_error(std::string("cannot set ") + name);
     }
-}
-
-/// The directory of the libraries that this tool itself runs on, built or installed.
-std::string library_directory() {
-    Dl_info library{};
-    if (dladdr(reinterpret_cast<const void*>(&is_traced), &library) == 0) {
-        throw failure("cannot find the stand-in's libraries");
-    }
-    return std::filesystem::canonical(library.dli_fname).parent_path().string();
 }
 
 void use_libraries() {

@@ -175,8 +175,8 @@ expect_refusal() {
   start_framework_with exec
   as 0 "$PWD/tree/bin/orvex_policy" exec -A -f "$PWD/tree/bin/orvex_policy"
   expect 0 <<<"无需管控的文件类型, 无需添加或删除执行管控!"
-  expect_log <<'END'
-18 local_service parse_file_type files cannot be read: $ORIGIN/orvex_local/file_reader.so: cannot open shared object file: No such file or directory
+  expect_log <<END
+18 local_service parse_file_type files cannot be read: $PWD/tree/lib/orvex_local/file_reader.so: cannot open shared object file: No such file or directory
 END
 }
 
