@@ -37,6 +37,7 @@ libclang-rt-dev   compiler-rt
 cppcheck          cppcheck
 iwyu              iwyu
 shellcheck        ShellCheck
+gcovr             gcovr
 valgrind          valgrind
 hyperfine         hyperfine
 gnuplot-nox       gnuplot-minimal

@@ -14,9 +14,14 @@ void __real_free(void* memory);
 uid_t __real_getuid(void);
 char* __real_setlocale(int category, const char* locale);
 
+[[noreturn]] void __real_abort(void);
+// Only in a build that records what the tests reach.
+__attribute__((weak)) void __gcov_dump(void);
+
 void __wrap_free(void* memory);
 uid_t __wrap_getuid(void);
 char* __wrap_setlocale(int category, const char* locale);
+[[noreturn]] void __wrap_abort(void);
 
 void __wrap_free(void* memory) {
     service_double* const service = service_double::find_in_use();
@@ -39,6 +44,13 @@ char* __wrap_setlocale(int category, const char* locale) {
     }
     service->setlocale(category, maybe_text_of(locale));
     return name;
+}
+
+void __wrap_abort(void) {
+    if (__gcov_dump != nullptr) {
+        __gcov_dump();
+    }
+    __real_abort();
 }
 }
 // NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp,readability-identifier-naming)
