@@ -13,9 +13,10 @@ setup() {
 }
 
 @test "every program, library and module that is built is hardened" {
-  print_objects "$ORVEX_BIN_DIR" "$libraries" >objects
-  for name in orvex_policy orvex_local orvex_state unit_tests liborvex.so.0 libvemulabelmgr.so orvex_policy/orvex_rpm.so \
-    orvex_policy/orvex_gio.so orvex_local/file_reader.so; do
+  # What is to be installed is linked once more, beside its objects.
+  print_objects "$ORVEX_BIN_DIR" "$libraries" "$ORVEX_BUILD_DIR"/{src,state,local_service} >objects
+  for name in src/orvex_policy bin/orvex_policy orvex_local orvex_state unit_tests liborvex.so.0 libvemulabelmgr.so \
+    orvex_policy/orvex_rpm.so orvex_policy/orvex_gio.so orvex_local/file_reader.so; do
     grep -q "/$name$" objects
   done
   mapfile -t objects <objects
