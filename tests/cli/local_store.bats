@@ -71,3 +71,10 @@ END
     ls -A "$ORVEX_LOCAL_STATE"'
   expect_with_errors 0 "orvex_local: $state/orvex.db: cannot be made: No space left on device"$'\n' </dev/null
 }
+
+@test "a place that is no place, or that nothing tells, is told" {
+  session_environment+=(ORVEX_LOCAL_STATE=/proc/nowhere)
+  expect_refusal '/proc/nowhere: cannot be made: No such file or directory'
+  session_environment+=(ORVEX_LOCAL_STATE= HOME=)
+  expect_refusal 'no place for the store: neither ORVEX_LOCAL_STATE nor a home directory is known' 4242424
+}

@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -77,6 +78,13 @@ TEST_F(log_records, render_the_usual_conversions) {
     EXPECT_EQ(logged("%c%c|%%|%5d|%-5d|%05d|%+d|%.3d", 'a', 'b', 42, 42, 42, 42, 7), "ab|%|   42|42   |00042|+42|007");
     EXPECT_EQ(logged("%5s|%-5s|%.2s|%*d", "ab", "ab", "abc", 4, 1), "   ab|ab   |ab|   1");
     EXPECT_EQ(logged("%.2f|%g|%hhd|%hd", 1.5, 0.25, 300, 65537), "1.50|0.25|44|1");
+}
+
+TEST_F(log_records, take_each_argument_by_its_width) {
+    EXPECT_EQ(logged("%lld|%qd|%jd|%td", -1LL, -2LL, std::intmax_t{-3}, std::ptrdiff_t{-4}), "-1|-2|-3|-4");
+    EXPECT_EQ(logged("%hhu|%hu|%hhx|%hi", 300, 65537, -1, 65537), "44|1|ff|1");
+    EXPECT_EQ(logged("%Lf|%p", 1.5L, nullptr), "1.500000|(nil)");
+    EXPECT_EQ(logged("%.*d|%.*s|<%.s>", -1, 7, -1, "text", "text"), "7|text|<>");
 }
 
 TEST_F(log_records, bound_the_width_of_a_field) {

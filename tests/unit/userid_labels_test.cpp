@@ -291,6 +291,15 @@ TEST_F(userid_test, a_directory_that_cannot_be_read_prints_nothing_but_the_roles
     }
 }
 
+TEST_F(userid_test, null_files_of_a_directory_are_left_out) {
+    expect_absolute("d", "/d");
+    EXPECT_CALL(service, get_file_list_from_dir("/d")).WillOnce(Return(give_list({nullptr, "/a", nullptr})));
+    expect_role(1, no_files);
+    expect_role(2, no_files);
+    expect_role(0, no_files);
+    EXPECT_EQ(capture([&] { return userid.print_userid_by_dir("d"); }), (call_result{0, "/a: none\n"}));
+}
+
 TEST_F(userid_test, a_package_without_a_file_list_fails) {
     for (const int result : {-1, 1}) {
         EXPECT_CALL(userid, get_pkg_files("p %s", _)).WillOnce(Return(result));
