@@ -81,7 +81,7 @@ choose_sessions() {
     src/modules/file/* | src/modules/proc/*) echo 'file|proc|protection' ;;
     src/modules/*) basename "$(dirname "$1")" ;;
     src/front/*) echo 'global|status|locale' ;;
-    src/on_demand/*) echo 'on_demand|[a-z]*_packages' ;;
+    src/on_demand/* | src/framework/on_demand*) echo 'on_demand|[a-z]*_packages' ;;
     *) echo 'global|module|status|rights|secret|box|kmod|userid' ;;
   esac
 }

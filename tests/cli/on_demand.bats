@@ -216,8 +216,11 @@ END
 
 @test "packaging tools find the modules in the program, and what these need in the modules" {
   readelf --string-dump=.note.dlopen "$ORVEX_BIN_DIR/orvex_policy" >note
-  grep -q '"soname":\["orvex_rpm.so"\]' note
-  grep -q '"soname":\["orvex_gio.so"\]' note
+  note_text='[{"feature":"packages","description":"Questions to the package database","priority":"recommended",'
+  note_text+='"soname":["orvex_rpm.so"]},'
+  note_text+='{"feature":"desktop entries","description":"Names and icons of applications","priority":"recommended",'
+  note_text+='"soname":["orvex_gio.so"]}]'
+  grep -qF "$note_text" note
   # An older readelf takes a type that it does not know for an error.
   readelf --notes --wide "$ORVEX_BIN_DIR/orvex_policy" >notes 2>&1 || true
   grep -Eq '^ *FDO .*0x407c0c0a' notes
