@@ -77,6 +77,7 @@ TEST_F(log_records, render_the_usual_conversions) {
     EXPECT_EQ(logged("%u|%ld|%lu|%llx|%zu|%X|%o", 7U, -8L, 9UL, 255ULL, std::size_t{3}, 171U, 8U), "7|-8|9|ff|3|AB|10");
     EXPECT_EQ(logged("%c%c|%%|%5d|%-5d|%05d|%+d|%.3d", 'a', 'b', 42, 42, 42, 42, 7), "ab|%|   42|42   |00042|+42|007");
     EXPECT_EQ(logged("%5s|%-5s|%.2s|%*d", "ab", "ab", "abc", 4, 1), "   ab|ab   |ab|   1");
+    EXPECT_EQ(logged("%qd|%lld", 5000000000LL, -5000000000LL), "5000000000|-5000000000");
     EXPECT_EQ(logged("%.2f|%g|%hhd|%hd", 1.5, 0.25, 300, 65537), "1.50|0.25|44|1");
 }
 

@@ -115,6 +115,7 @@ TEST_F(path_helpers, the_standard_form_has_no_line_break_and_no_dots) {
     EXPECT_EQ(take(pathNormalize("/usr/bin/sleep\n")), "/usr/bin/sleep");
     EXPECT_EQ(take(pathNormalize("/usr//bin/./x/../sleep")), "/usr/bin/sleep");
     EXPECT_EQ(take(pathNormalize("/")), "/");
+    EXPECT_EQ(take(pathNormalize("../../b")), "../../b");
     EXPECT_EQ(pathNormalize("\n"), nullptr);
     EXPECT_EQ(pathNormalize(""), nullptr);
     EXPECT_EQ(pathNormalize(nullptr), nullptr);
