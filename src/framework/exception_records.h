@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <span>  // IWYU pragma: export
 #include <string>
 #include <string_view>
 #include <unordered_map>

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <climits>
-#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -40,7 +39,7 @@ struct dlopen_note {
 constexpr int exit_value_without_library = 127;
 
 [[noreturn]] void end_without(const std::string& what) {
-    std::fputs(("orvex_policy: cannot load a part of the program: " + what + "\n").c_str(), stderr);
+    static_cast<void>(std::fputs(("orvex_policy: cannot load a part of the program: " + what + "\n").c_str(), stderr));
     std::exit(exit_value_without_library);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cstddef>
+#include <initializer_list>
 #include <list>
 #include <string>
 

@@ -152,7 +152,8 @@ END
   start_framework_with exec
   mkdir d
   (
-    while mkdir -p d/{1..9}/{1..9}; do
+    until [[ -e enough ]]; do
+      mkdir -p d/{1..9}/{1..9}
       touch d/{1..9}/{1..9}/file
       rm -rf d/[1-5] d/7
       ln -s . d/7
@@ -167,5 +168,6 @@ END
     as 0 orvex_policy exec -A -d d
     [[ $exit_value -eq 0 && ! -s $BATS_TEST_TMPDIR/errors ]]
   done
-  kill "$churn"
+  touch enough
+  wait "$churn"
 }
