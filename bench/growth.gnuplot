@@ -8,7 +8,7 @@ set format x "%.0f"
 set format y "%.0f"
 set xlabel "objects"
 set xrange [400:70000]
-set yrange [1:100000]
+set yrange [1:1000000]
 set grid linecolor "#dddddd"
 set key top left reverse Left
 stats data using 1 nooutput
