@@ -53,6 +53,16 @@ fish              fish
 python3-pexpect   python3-pexpect
 python3-pyte      python3-pyte
 rpmlint           rpmlint
+ansible-core      ansible-core
+ansible-lint      ansible-lint
+yamllint          yamllint
+python3-pytest    python3-pytest
+python3-pytest-forked python3-pytest-forked
+python3-pytest-xdist python3-pytest-xdist
+python3-voluptuous python3-voluptuous
+chromium          chromium
+chromium-driver   chromedriver
+python3-selenium  python3-selenium
 '
 
 is_installed_by_apt() {

@@ -8,7 +8,6 @@ NO_RIGHTS = "无权限执行"
 RIGHTS_HINT = "become root (become: true), or user 600 where the roles are separated"
 
 MODULES = ["exec", "exec script", "net", "kmod", "file", "proc", "3adm", "box"]
-SECTIONS = ["framework", "modules", "exec", "net", "file", "proc", "kmod"]
 
 
 def make_section(sets=(), lists=()):
@@ -43,6 +42,7 @@ def make_arguments():
     )
 
 
+SECTIONS = list(make_sections())
 EXCLUSIVE_ARGUMENTS = [("document", "path", section) for section in SECTIONS]
 
 
@@ -82,6 +82,7 @@ def show_drift(drift):
 class Answer:
     """What a run of orvex_state said and how it ended."""
 
+    # Its exit values.
     DONE = 0
     DIFFERENT = 1
     REFUSED = 2
