@@ -48,6 +48,8 @@ measure 'Loops' bench/loops.sh
 mkdir -m 755 "$scratch/objects"
 measure 'The document of a host' bench/state.sh "$scratch/objects"
 measure 'Completion' bench/completion.sh build/release/completion "$scratch/names/home"
+mkdir -m 755 "$scratch/fleet"
+measure 'A fleet' bench/fleet.sh "$scratch/fleet"
 mkdir -p "$(dirname "$picture")"
 gnuplot -e "data='$scratch/growth'; picture='$picture'" bench/growth.gnuplot
 announce "the growth curves are drawn in $picture"
