@@ -56,6 +56,7 @@ rpmlint           rpmlint
 ansible-core      ansible-core
 ansible-lint      ansible-lint
 yamllint          yamllint
+pycodestyle       python3-pycodestyle
 python3-pytest    python3-pytest
 python3-pytest-forked python3-pytest-forked
 python3-pytest-xdist python3-pytest-xdist

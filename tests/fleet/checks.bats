@@ -38,6 +38,11 @@ downloading=(ansible-doc changelog import pep8 pylint runtime-metadata validate-
   check yamllint --strict .
 }
 
+@test "the Python of the collection is tidy" {
+  start_check pycodestyle
+  check pycodestyle --max-line-length=160 --ignore=E402,E741,W503,W504 .
+}
+
 @test "roles and metadata have the form for production" {
   start_check ansible-lint
   check ansible-lint --offline --profile production

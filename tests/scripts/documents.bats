@@ -17,6 +17,11 @@ play() {
   play "$ORVEX_SOURCE_DIR/docs/local-service.md"
 }
 
+@test "the tour of many hosts comes out as it stands there" {
+  command -v ansible-playbook >/dev/null || skip 'ansible is not installed'
+  play "$ORVEX_SOURCE_DIR/docs/fleet.md"
+}
+
 # A player that compares nothing would pass the tests above.
 @test "an output that does not fit is told" {
   sed 's/^orvex status : enable$/orvex status : enabled/' "$ORVEX_SOURCE_DIR/README.md" >"$BATS_TEST_TMPDIR/wrong.md"

@@ -13,6 +13,7 @@ description:
   - Each group of hosts declares its part in a variable with a name of its own, as of variables with the same name only one counts.
   - Objects are merged field by field, lists are joined and name nothing twice, and of two words for one thing the later one
     counts.
+  - C(on) and C(off) without quotes, which YAML takes for truth values, come out as the words.
 options:
   _terms:
     description: There are none.
@@ -47,6 +48,17 @@ from ansible.utils.vars import merge_hash
 PART = re.compile(r"orvex_policy_document(_.*)?\Z")
 
 
+SWITCHES = {True: "on", False: "off"}
+
+
+def spell_switches(document):
+    """The document with words where YAML has made truth values of them."""
+    if not isinstance(document.get("modules"), dict):
+        return document
+    modules = {name: SWITCHES[word] if isinstance(word, bool) else word for name, word in document["modules"].items()}
+    return dict(document, modules=modules)
+
+
 class LookupModule(LookupBase):
 
     def run(self, terms, variables=None, **kwargs):
@@ -58,4 +70,4 @@ class LookupModule(LookupBase):
             if not isinstance(part, dict):
                 raise AnsibleError("{0} is no document: its value is no dictionary".format(name))
             document = merge_hash(document, part, recursive=True, list_merge="append_rp")
-        return [document]
+        return [spell_switches(document)]

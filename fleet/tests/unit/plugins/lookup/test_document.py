@@ -40,6 +40,14 @@ def test_variables_in_a_part_are_filled_in():
         "exec": {"excepted_directories": ["/srv/app"]}}
 
 
+def test_switches_without_quotes_come_out_as_words():
+    assert compose(
+        orvex_policy_document_1={"modules": {"kmod": True, "net": "on", "box": "off"}},
+        orvex_policy_document_2={"modules": {"box": True, "net": False}},
+    ) == {"modules": {"kmod": "on", "net": "off", "box": "on"}}
+    assert compose(orvex_policy_document={"modules": "all"}) == {"modules": "all"}
+
+
 def test_a_part_that_is_no_dictionary_is_refused_by_its_name():
     with pytest.raises(AnsibleError, match="orvex_policy_document_1 is no document"):
         compose(orvex_policy_document_1=["a"])
