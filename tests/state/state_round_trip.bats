@@ -7,13 +7,7 @@ load support/state.bash
 setup() {
   start_state_session
   install_package orvex-player
-  mkdir scripts files directories
-  names=(plain 'two words' "it's" '%s' '-dash' 'back\slash' 执行 $'new\nline' $'\xff\xfe' $'\e[2J' '~' 'star*')
-  for name in "${names[@]}"; do
-    write_script "scripts/$name"
-    touch "files/$name"
-    mkdir "directories/$name"
-  done
+  make_random_world
 }
 
 # play_part NUMBER: one of four parts, which run at the same time where there is room.

@@ -5,11 +5,15 @@
 # shellcheck disable=SC2154
 load "$ORVEX_SOURCE_DIR/tests/cli/support/session.bash"
 
-# start_fleet HOST...: hosts with the framework enabled and every module off, in the working directory. Ansible writes
-# nothing beyond the session.
+# start_fleet HOST...: a session with hosts whose framework is enabled, with every module off.
 start_fleet() {
-  PATH=/usr/bin:/bin command -v ansible-playbook >/dev/null || skip 'ansible is not installed'
   start_session
+  make_fleet "$@"
+}
+
+# make_fleet HOST...: such hosts in the session. Ansible writes nothing beyond it.
+make_fleet() {
+  PATH=/usr/bin:/bin command -v ansible-playbook >/dev/null || skip 'ansible is not installed'
   mkdir -p ansible_collections/orvex
   ln -s "$ORVEX_SOURCE_DIR/fleet" ansible_collections/orvex/policy
   session_environment+=(

@@ -28,6 +28,17 @@ write_script() {
   done
 }
 
+# make_random_world: what random states choose from.
+make_random_world() {
+  local name
+  mkdir scripts files directories
+  for name in plain 'two words' "it's" '%s' '-dash' 'back\slash' 执行 $'new\nline' $'\xff\xfe' $'\e[2J' '~' 'star*' '{{ 7 * 7 }}'; do
+    write_script "scripts/$name"
+    touch "files/$name"
+    mkdir "directories/$name"
+  done
+}
+
 # fill_host: something on every list.
 fill_host() {
   switch_on exec net file proc kmod box
