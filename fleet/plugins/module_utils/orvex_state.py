@@ -98,6 +98,11 @@ class Answer:
     def reboot_required(self):
         return self.exit_value == self.RESTART_NEEDED
 
+    @property
+    def reasons(self):
+        """Why the run failed. A program that breaks off says nothing."""
+        return self.errors or ["orvex_state ended with {0}".format(self.exit_value)]
+
 
 class OrvexState:
     """Runs orvex_state on the host, with the declared document on its standard input."""
@@ -130,21 +135,22 @@ class OrvexState:
         return json.loads(self._expect([Answer.DONE, Answer.DIFFERENT], "diff", "--json").output)
 
     def plan(self):
+        """What a run would do."""
         return self._run("plan")
 
     def apply(self):
+        """A run, which changes the host."""
         return self._run("apply")
 
-    def fail(self, answer, **result):
+    def fail(self, lines, **result):
         """Ends the module with what the host said."""
-        lines = answer.errors or ["orvex_state ended with {0}".format(answer.exit_value)]
         hints = [RIGHTS_HINT] if NO_RIGHTS in "".join(lines) else []
         self.module.fail_json(msg="\n".join(lines + hints), **result)
 
     def _expect(self, exit_values, *words):
         answer = self._run(*words)
         if answer.exit_value not in exit_values:
-            self.fail(answer)
+            self.fail(answer.reasons)
         return answer
 
     def _run(self, *words):

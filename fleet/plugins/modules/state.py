@@ -121,11 +121,10 @@ def main():
     difference = dict(diff=show_drift(host.diff())) if module._diff else {}
     answer = host.plan() if module.check_mode else host.apply()
     if answer.exit_value == Answer.REFUSED:
-        host.fail(answer)
+        host.fail(answer.reasons)
     result = dict(read_result(answer), **difference)
     if answer.exit_value not in (Answer.DONE, Answer.RESTART_NEEDED):
-        answer.errors += result["messages"]
-        host.fail(answer, **result)
+        host.fail(answer.reasons + result["messages"], **result)
     module.exit_json(**result)
 
 
