@@ -7,7 +7,13 @@ load support/fleet.bash
 # make_unreachable HOST: what should lead to the host does not.
 make_unreachable() {
   mkdir -p host_vars
-  printf '#!/bin/sh\necho "ssh: connect to host %s port 22: Connection refused" >&2\nexit 255\n' "$1" >ssh
+  # It takes what it is given first, as Ansible would otherwise tell that it could not write.
+  cat >ssh <<END
+#!/bin/sh
+timeout 10 cat >/dev/null
+echo "ssh: connect to host $1 port 22: Connection refused" >&2
+exit 255
+END
   chmod +x ssh
   printf 'ansible_connection: ssh\nansible_ssh_executable: %s\n' "$PWD/ssh" >"host_vars/$1.yml"
 }
