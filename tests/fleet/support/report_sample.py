@@ -12,9 +12,9 @@ MODULES = ("exec", "exec script", "net", "kmod", "file", "proc", "3adm", "box")
 def load_builder():
     """Returns the module that makes pages."""
     file = SOURCES / "fleet/plugins/filter/report_page.py"
-    specification = importlib.util.spec_from_file_location("report_page", file)
-    module = importlib.util.module_from_spec(specification)
-    specification.loader.exec_module(module)
+    found = importlib.util.spec_from_file_location("report_page", file)
+    module = importlib.util.module_from_spec(found)
+    found.loader.exec_module(module)
     return module
 
 
