@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <ctime>
-#include <iomanip>
-#include <sstream>
 #include <string>
+#include <string_view>
 
 #include "framework/module_base.h"
 #include "framework/output.h"
@@ -15,8 +16,9 @@ void COrvexBase::print_current_time(const std::string& label) {
     std::tm local{};
     localtime_r(&seconds, &local);
 
-    std::ostringstream text;
-    text << std::put_time(&local, "%Y-%m-%d %H:%M:%S") << '.' << std::setfill('0') << std::setw(3)
-         << since_epoch.count() % 1000;
-    print_line(label, "  当前时间: ", text.str());
+    std::array<char, 64> text{};
+    const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &local);
+    std::string milliseconds = std::to_string(since_epoch.count() % 1000);
+    milliseconds.insert(0, 3 - std::min<std::size_t>(milliseconds.size(), 3), '0');
+    print_line(label, "  当前时间: ", std::string_view(text.data(), length), ".", milliseconds);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -67,12 +67,12 @@ std::string COrvexBase::get_path_filename(const std::string& path) {
 
 std::vector<std::string> COrvexBase::split_string(const std::string& text, char delimiter) {
     std::vector<std::string> pieces;
-    std::istringstream stream(text);
-    std::string piece;
-    while (std::getline(stream, piece, delimiter)) {
-        if (!piece.empty()) {
-            pieces.push_back(piece);
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = std::min(text.find(delimiter, begin), text.size());
+        if (end > begin) {
+            pieces.push_back(text.substr(begin, end - begin));
         }
+        begin = end + 1;
     }
     return pieces;
 }

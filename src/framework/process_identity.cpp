@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <fstream>
-#include <sstream>  // IWYU pragma: keep
 #include <stdexcept>
 #include <string>
 
@@ -22,13 +21,15 @@ bool has_program(const std::string& link_path) {
 }
 
 std::string read_attribute_file(const std::string& path) {
-    const std::ifstream file(path, std::ios::in | std::ios::binary);
+    std::ifstream file(path, std::ios::in | std::ios::binary);
     if (!file) {
         throw std::runtime_error("打开attr/vemu/path文件失败!");
     }
-    std::ostringstream content;
-    content << file.rdbuf();
-    return content.str();
+    std::string content;
+    for (char byte = 0; file.get(byte);) {
+        content.push_back(byte);
+    }
+    return content;
 }
 
 }  // namespace
