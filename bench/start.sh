@@ -15,7 +15,7 @@ export ORVEX_SOURCE_DIR=$root
 source "$root/tests/cli/support/service_functions.bash"
 
 # Instructions, which no noise touches. What is above 1 is the opening of the store and the names that the loader looks up.
-status_limit=1.2
+status_limit=1.15
 one_piece_limit=0.70
 package_limit=0.88
 bare_service_limit=1

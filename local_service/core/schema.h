@@ -28,9 +28,6 @@ CREATE TABLE log (
     tag TEXT NOT NULL,
     function TEXT NOT NULL,
     message TEXT NOT NULL);
-CREATE TRIGGER trim_log AFTER INSERT ON log BEGIN
-    DELETE FROM log WHERE id <= NEW.id - 10000;
-END;
 CREATE TABLE entry (
     id INTEGER PRIMARY KEY,
     list TEXT NOT NULL,

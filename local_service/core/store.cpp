@@ -56,6 +56,7 @@ struct connection {
     void prepare_for_writing() {
         if (!is_writer) {
             is_writer = true;
+            remove_stale_drafts(directory);
             database.exec("PRAGMA journal_size_limit = 0; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
         }
     }
@@ -107,11 +108,12 @@ connection& open_store() {
         return *current;
     }
     current.reset();
-    const bool is_there = has_store_file(directory);
-    remove_stale_drafts(directory);
-    if (!is_there) {
+    if (!has_store_file(directory)) {
+        remove_stale_drafts(directory);
         make_store_file(directory);
     }
+    // Nobody asks how much memory SQLite has, and counting it takes a lock at each allocation.
+    sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
     current.reset(on_database(directory, [&] { return std::make_unique<connection>(directory).release(); }));
     return *current;
 }
