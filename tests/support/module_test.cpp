@@ -97,9 +97,11 @@ void module_test::expect_locale() {
 }
 
 void module_test::expect_log(const std::string& tag, const std::string& function, const std::string& format,
-                             const std::string& message) {
-    EXPECT_CALL(service, orvex_log(18, tag, function, format, message)).WillOnce([] {
-        EXPECT_FALSE(present_output != nullptr && present_output->read_all().empty())
-            << "the record was logged in front of its line";
+                             const std::string& message, const std::string& line) {
+    EXPECT_CALL(service, orvex_log(18, tag, function, format, message)).WillOnce([line] {
+        if (present_output != nullptr) {
+            EXPECT_THAT(present_output->read_all(), testing::EndsWith(line))
+                << "the record was logged in front of its line";
+        }
     });
 }

@@ -83,9 +83,9 @@ protected:
     /// Expects the `setlocale` in front of the option loop.
     void expect_locale();
 
-    /// Expects one log record at the level of failures.
+    /// Expects one log record at the level of failures, behind a line that ends with `line`.
     void expect_log(const std::string& tag, const std::string& function, const std::string& format,
-                    const std::string& message);
+                    const std::string& message, const std::string& line = "\n");
 
     testing::StrictMock<service_double> service;
 

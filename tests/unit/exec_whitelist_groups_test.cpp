@@ -190,6 +190,14 @@ TEST_F(exec_pkg_change_test, without_a_controlled_file_there_is_no_call) {
     EXPECT_EQ(add("p:empty"), (call_result{0, ""}));
 }
 
+TEST_F(exec_pkg_change_test, an_action_that_is_neither_add_nor_delete_calls_nothing) {
+    for (const int action : {0, 2, 4}) {
+        expect_pkg("p", {"/a"});
+        expect_kind("/a", 1);
+        EXPECT_EQ(capture([&] { return exec.set_exec_policy_by_pkg("p", action); }), (call_result{0, ""})) << action;
+    }
+}
+
 TEST_F(exec_pkg_change_test, a_package_that_is_not_installed_leaves_the_others_in) {
     expect_installed("gone", false);
     expect_pkg("p", {"/a"});

@@ -126,7 +126,7 @@ TEST_F(switching_test, a_framework_that_cannot_be_enabled_ends_it) {
         expect_framework_enabling(failure);
         EXPECT_CALL(service, orvex_get_error()).WillOnce(Return("bus 断开"));
         expect_log("base", "set_module_status", "set orvex status failed, ret: %d",
-                   "set orvex status failed, ret: " + std::to_string(failure));
+                   "set orvex status failed, ret: " + std::to_string(failure), "error: bus 断开\n");
 
         EXPECT_EQ(switch_module(module_kmod, 1),
                   (call_result{-1, "正在开启orvex......\n设置orvex状态失败! error: bus 断开\n"}));
@@ -150,7 +150,8 @@ TEST_F(switching_test, another_failure_for_another_module_is_told_with_its_own_n
         expect_off({0, 7, 1, 3, 2, 5});
         EXPECT_CALL(service, orvex_scene_set_multi_module_status(4, 0, 0)).WillOnce(Return(failure));
         expect_log("base", "set_module_status", "set module status disable failed, module=%s, ret=%d",
-                   "set module status disable failed, module=3adm, ret=" + std::to_string(failure));
+                   "set module status disable failed, module=3adm, ret=" + std::to_string(failure),
+                   "关闭安全模块[3adm]失败! \n");
 
         EXPECT_EQ(switch_module(module_box, 1), (call_result{-1, "正在开启orvex......\n关闭安全模块[3adm]失败! \n"}));
     }
@@ -173,7 +174,8 @@ TEST_F(switching_test, any_other_failure_of_the_last_call_is_called_missing_righ
         expect_off({0, 7, 1, 3, 5, 4, 11});
         EXPECT_CALL(service, orvex_scene_set_multi_module_status(2, 1, 1)).WillOnce(Return(failure));
         expect_log("base", "set_module_status", "set module status enable failed, module=%s, ret=%d",
-                   "set module status enable failed, module=file, ret=" + std::to_string(failure));
+                   "set module status enable failed, module=file, ret=" + std::to_string(failure),
+                   "开启安全模块[file]失败! 用户无权限!\n");
 
         EXPECT_EQ(switch_module(module_file, 1),
                   (call_result{-1, "正在开启orvex......\n开启安全模块[file]失败! 用户无权限!\n"}));
