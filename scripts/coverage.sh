@@ -10,6 +10,7 @@ source scripts/lib/script.bash
 source scripts/lib/test_programs.bash
 
 build=build/coverage
+test_programs=(unit_tests shared_services_test local_service_test)
 
 # empty_records: no record of an earlier run is left, and every user whom the sessions play may write the new ones.
 empty_records() {
@@ -22,7 +23,7 @@ empty_records() {
 
 run_tests() {
   local program
-  for program in unit_tests shared_services_test local_service_test; do
+  for program in "${test_programs[@]}"; do
     run_whole "$build/bin/$program"
   done
   # What builds the program once more reaches nothing of this build.
@@ -50,7 +51,7 @@ answer_help "$@"
 scripts/bootstrap.sh --all
 announce 'building'
 cmake --preset coverage
-cmake --build --preset coverage
+cmake --build --preset coverage --target "${test_programs[@]}" "${session_programs[@]}"
 empty_records
 announce 'testing'
 run_tests

@@ -25,7 +25,7 @@ targets=("${@:-${all[@]}}")
 
 # look TARGET: what libFuzzer says goes to build/fuzz/TARGET.log.
 look() {
-  local options=("-max_total_time=$seconds" -timeout=20 -print_final_stats=1 "-artifact_prefix=found/$1-")
+  local options=("-max_total_time=$seconds" -timeout=60 -print_final_stats=1 "-artifact_prefix=found/$1-")
   if [[ -e ../../tests/fuzz/$1.dict ]]; then
     options+=("-dict=../../tests/fuzz/$1.dict")
   fi

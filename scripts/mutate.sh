@@ -18,6 +18,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/lib/script.bash
+source scripts/lib/test_programs.bash
 
 answer_help "$@"
 roots=(src local_service)
@@ -126,7 +127,6 @@ apply() {
     { print }' "$1" >"$tree/$1"
 }
 
-session_programs=(orvex_policy orvex_rpm orvex_gio orvex_local show_net switch_module test_packages)
 make_scratch
 tree=$scratch/tree
 apart=(unshare --mount --pid --fork --kill-child --mount-proc)

@@ -9,6 +9,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/lib/script.bash
+source scripts/lib/test_programs.bash
 
 # Not the runs of the program, but its file, its build or its peak of memory are their matter; and who is killed has no end.
 passed_over=' bare_build include_rule linking local_stress memory on_demand '
@@ -65,7 +66,7 @@ print_complaints() {
 }
 
 cmake --preset test >/dev/null
-cmake --build --preset test --target orvex_policy orvex_rpm orvex_gio orvex_local show_net switch_module test_packages
+cmake --build --preset test --target "${session_programs[@]}"
 make_scratch
 mkdir "$scratch"/{bin,real,logs}
 # Everybody in a session writes what valgrind says of him.

@@ -1,6 +1,11 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: Apache-2.0
-# Runs a whole program of GoogleTest at once, where CTest, with a process for each test, is not wanted.
+# Runs a whole program of GoogleTest at once, where CTest, with a process for each test, is not wanted, and knows what a
+# build has to hold.
+
+# What the sessions of tests/cli run.
+# shellcheck disable=SC2034
+session_programs=(orvex_policy orvex_rpm orvex_gio orvex_local show_net switch_module test_packages)
 
 # run_whole [COMMAND...] PROGRAM: runs all tests of the program in one process, as an argument of COMMAND where there is
 # one. An exit value of 0 is not enough: tested code can end the process before the tests do, so the closing summary has to
