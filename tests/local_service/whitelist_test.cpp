@@ -117,6 +117,15 @@ TEST_F(whitelist, knows_nothing_of_a_file_that_the_caller_may_not_read) {
     EXPECT_EQ(status_of(file), geteuid() == 0 ? 0 : 2);
 }
 
+TEST_F(whitelist, knows_nothing_of_a_file_that_fails_while_it_is_read) {
+    write("target", "#!/bin/sh\n");
+    link("link", "target");
+    add({path("link")});
+    std::filesystem::remove(path("link"));
+    std::filesystem::create_symlink("/proc/self/mem", path("link"));
+    EXPECT_EQ(status_of(path("link")), 2);
+}
+
 TEST_F(whitelist, takes_the_whole_batch_or_nothing) {
     const std::string file = write("a.sh", "#!/bin/sh\n");
     EXPECT_LT(add({file, path("missing")}), 0);
