@@ -12,7 +12,7 @@ source scripts/lib/script.bash
 source scripts/lib/test_programs.bash
 
 # Not the runs of the program, but its file, its build or its peak of memory are their matter; and who is killed has no end.
-passed_over=' bare_build include_rule linking local_stress memory on_demand '
+passed_over=' bare_build hardening include_rule linking local_stress memory on_demand '
 
 answer_help "$@"
 sessions=()
