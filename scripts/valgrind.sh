@@ -49,16 +49,19 @@ play() {
 }
 
 # print_complaints: what valgrind says of the runs, but for descriptors that the session has given, for the store of a run that
-# only read, which leaves it to the end of the process, for those that GIO keeps as long as it lives to watch files, and for
-# the database of packages in the child that asks for an owner, where rpm keeps it until the child ends, at once.
+# only read, which leaves it to the end of the process, for those that GIO keeps as long as it lives to watch files, and, in the
+# child that asks for an owner, for the directory that its parent walks through and for the database of packages, where rpm
+# keeps it until the child ends, at once.
 print_complaints() {
   awk '
     FNR == 1 { skipped = 0; opened = "" }
     /FILE DESCRIPTORS: |^==[0-9]+== *$/ { skipped = 0; next }
     /Open (file descriptor|AF_)/ { opened = $0; next }
+    # A name may go over several lines.
+    opened != "" && !/ at 0x|<inherited from parent>/ { opened = opened $0; next }
     opened != "" {
       skipped = /<inherited from parent>|: (eventfd|inotify_init1) \(/ || opened ~ /\/orvex\.db(-wal|-shm)?$/ ||
-        (FILENAME ~ /-2\.log$/ && opened ~ /\/rpmdb\.sqlite(-wal|-shm)?$/)
+        (FILENAME ~ /-2\.log$/ && (/ openat \(/ || opened ~ /\/rpmdb\.sqlite(-wal|-shm)?$/))
       if (!skipped) print FILENAME ": " opened
       opened = ""
     }
