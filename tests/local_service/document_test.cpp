@@ -53,6 +53,90 @@ TEST_F(document, of_a_store_has_its_version_and_all_of_it) {
     EXPECT_EQ(shown_store["labels"], json::parse(R"({"root": ["/etc/one"], "secadm": [], "auditadm": ["/etc/two"]})"));
 }
 
+TEST_F(document, of_a_new_store_has_every_field_in_its_place) {
+    EXPECT_EQ(run("reset"), 0);
+    EXPECT_EQ(shown(), R"({
+  "version": 1,
+  "framework": {
+    "now": "disabled",
+    "after_restart": "disabled",
+    "secret_scene": false,
+    "restarts": 0,
+    "requested_restarts": 0
+  },
+  "modules": {
+    "exec": {
+      "now": false,
+      "after_restart": false
+    },
+    "net": {
+      "now": false,
+      "after_restart": false
+    },
+    "file": {
+      "now": false,
+      "after_restart": false
+    },
+    "kmod": {
+      "now": false,
+      "after_restart": false
+    },
+    "3adm": {
+      "now": false,
+      "after_restart": false
+    },
+    "proc": {
+      "now": false,
+      "after_restart": false
+    },
+    "exec script": {
+      "now": false,
+      "after_restart": false
+    },
+    "box": {
+      "now": false,
+      "after_restart": false
+    }
+  },
+  "exec": {
+    "whitelist": [],
+    "excepted_files": [],
+    "excepted_packages": []
+  },
+  "net": {
+    "packages": [],
+    "programs": []
+  },
+  "file": {
+    "paths": [],
+    "packages": [],
+    "path_exceptions": [],
+    "package_exceptions": []
+  },
+  "proc": {
+    "programs": [],
+    "blacklist": [],
+    "exceptions": []
+  },
+  "kmod": {
+    "modules": []
+  },
+  "labels": {
+    "root": [],
+    "secadm": [],
+    "auditadm": []
+  }
+}
+)");
+}
+
+TEST_F(document, that_tells_the_present_state_alone_means_it_for_later_as_well) {
+    EXPECT_EQ(load(R"({"version": 1, "framework": {"now": "permissive"}})"), 0);
+    EXPECT_EQ(json::parse(shown())["framework"]["after_restart"], "permissive");
+    EXPECT_EQ(load(R"({"version": 1, "framework": {"now": "permissive", "after_restart": "disabled"}})"), 0);
+    EXPECT_EQ(json::parse(shown())["framework"]["after_restart"], "disabled");
+}
+
 TEST_F(document, that_was_shown_brings_an_equal_store_back) {
     fill_store();
     enable_framework();
