@@ -83,6 +83,10 @@ TEST_F(log_records, render_the_usual_conversions) {
 
 TEST_F(log_records, take_each_argument_by_its_width) {
     EXPECT_EQ(logged("%lld|%qd|%jd|%td", -1LL, -2LL, std::intmax_t{-3}, std::ptrdiff_t{-4}), "-1|-2|-3|-4");
+    // More than an int holds.
+    EXPECT_EQ(logged("%ld|%lld|%qd|%jd|%td|%zd", 5000000001L, 5000000002LL, 5000000003LL, std::intmax_t{5000000004},
+                     std::ptrdiff_t{5000000005}, ssize_t{5000000006}),
+              "5000000001|5000000002|5000000003|5000000004|5000000005|5000000006");
     EXPECT_EQ(logged("%hhu|%hu|%hhx|%hi", 300, 65537, -1, 65537), "44|1|ff|1");
     EXPECT_EQ(logged("%Lf|%p", 1.5L, nullptr), "1.500000|(nil)");
     EXPECT_EQ(logged("%.*d|%.*s|<%.s>", -1, 7, -1, "text", "text"), "7|text|<>");
