@@ -78,4 +78,10 @@ END
   expect_with_errors 1 'orvex_local: cannot write missing/calls: No such file or directory
 ' </dev/null
   [[ ! -e ran ]]
+  as 0 bash -c 'ulimit -n 64; orvex_local trace true'
+  expect_with_errors 1 'orvex_local: cannot trace to standard error: Invalid argument
+' </dev/null
+  as 0 bash -c 'ulimit -n 64; orvex_local trace -o calls true'
+  expect_with_errors 1 'orvex_local: cannot trace to calls: Invalid argument
+' </dev/null
 }

@@ -126,6 +126,16 @@ TEST_F(whitelist, knows_nothing_of_a_file_that_fails_while_it_is_read) {
     EXPECT_EQ(status_of(path("link")), 2);
 }
 
+TEST_F(whitelist, takes_a_file_where_standard_input_is_closed) {
+    const std::string file = write("a.sh", "#!/bin/sh\n");
+    EXPECT_THAT(all_records(), IsEmpty());
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    EXPECT_EQ(add({file}), 0);
+    dup2(input, STDIN_FILENO);
+    close(input);
+}
+
 TEST_F(whitelist, takes_the_whole_batch_or_nothing) {
     const std::string file = write("a.sh", "#!/bin/sh\n");
     EXPECT_LT(add({file, path("missing")}), 0);
