@@ -34,6 +34,20 @@ END
   )"$'\n' </dev/null
 }
 
+@test "a trace shows the records of a list with all their fields" {
+  cat >wanted.json <<'END'
+{"version": 1, "framework": {"now": "enabled"}, "modules": {"net": {"now": true, "after_restart": true}},
+ "net": {"packages": [{"name": "bash", "uid": 0, "status": 2, "tag": 2, "icon": "an icon", "desktop": "an entry"}],
+         "programs": [{"path": "/a", "uid": 0, "status": 1, "tag": 7, "label": "one", "text1": "two", "text2": "three"}]}}
+END
+  as 0 orvex_local load wanted.json
+  as 0 orvex_local trace -o calls orvex_policy net -L
+  diff -u - <(grep '^orvex_netctl' calls) <<'END'
+orvex_netctl_pkg_read_all_data_with_uid(uid=0, count=1) = [{"name": "bash", "status": 2, "icon": "an icon", "desktop": "an entry", "tag": 2}]
+orvex_netctl_ext_read_all_data_with_uid(uid=0, count=1) = [{"path": "/a", "status": 1, "label": "one", "text1": "two", "text2": "three", "tag": 7}]
+END
+}
+
 @test "a trace in JSON has one object a line" {
   as 0 orvex_local trace --json orvex_policy kmod -h
   expect_with_errors 0 '{"call": "orvex_scene_get_sm_status", "arguments": {}, "result": 0}

@@ -137,6 +137,15 @@ TEST_F(document, that_tells_the_present_state_alone_means_it_for_later_as_well) 
     EXPECT_EQ(json::parse(shown())["framework"]["after_restart"], "disabled");
 }
 
+TEST_F(document, that_tells_a_module_to_be_on_later_turns_it_on_by_the_restart) {
+    EXPECT_EQ(load(R"({"version": 1, "framework": {"now": "enabled"},
+                       "modules": {"kmod": {"now": false, "after_restart": true}}})"),
+              0);
+    EXPECT_EQ(orvex_scene_get_module_status(3), 0);
+    EXPECT_EQ(run("restart"), 0);
+    EXPECT_EQ(orvex_scene_get_module_status(3), 1);
+}
+
 TEST_F(document, that_was_shown_brings_an_equal_store_back) {
     fill_store();
     enable_framework();

@@ -205,6 +205,7 @@ TEST_F(file_protection, has_nothing_to_clear_where_nothing_is_excepted) {
     protect({"/a"});
     EXPECT_EQ(clear(orvex_kind_file, "/a"), -3);
     EXPECT_EQ(clear(orvex_kind_file, "/never"), -3);
+    EXPECT_EQ(last_error(), "/never has no exceptions");
 }
 
 TEST_F(file_protection, takes_null_records_and_no_null_object) {
