@@ -11,13 +11,14 @@ session_programs=(orvex_policy orvex_rpm orvex_gio orvex_local show_net switch_m
 # one. An exit value of 0 is not enough: tested code can end the process before the tests do, so the closing summary has to
 # tell of every test that the program lists.
 run_whole() {
-  local program=${!#} listed summary
+  local program=${!#} listed log exit_value=0
   listed=$("$program" --gtest_list_tests | grep -c '^  ') || return
-  {
-    summary=$(set -o pipefail; "$@" --gtest_brief=1 | tee /dev/fd/3) || return
-  } 3>&1
-  if ! grep -q "^\[==========\] $listed tests from .* ran\." <<<"$summary"; then
+  log=$(mktemp)
+  (set -o pipefail; "$@" --gtest_brief=1 | tee "$log") || exit_value=$?
+  if [[ $exit_value -eq 0 ]] && ! grep -q "^\[==========\] $listed tests from .* ran\." "$log"; then
     printf '%s: ended before its %d tests did\n' "$program" "$listed" >&2
-    return 1
+    exit_value=1
   fi
+  rm "$log"
+  return "$exit_value"
 }

@@ -74,3 +74,18 @@ END
   ending='exit 3' run -3 run_whole "$BATS_TEST_TMPDIR/program"
   ending='echo "[==========] 1 tests from 1 test suite ran."; exit' run -1 run_whole "$BATS_TEST_TMPDIR/program"
 }
+
+@test "a test program that runs as a whole leaves what was written before it" {
+  load "$ORVEX_SOURCE_DIR/scripts/lib/test_programs.bash"
+  make_test_program
+  {
+    echo before
+    ending='true' run_whole "$BATS_TEST_TMPDIR/program"
+    echo behind
+  } >"$BATS_TEST_TMPDIR/log"
+  diff -u - "$BATS_TEST_TMPDIR/log" <<'LINES'
+before
+[==========] 2 tests from 1 test suite ran. (3 ms total)
+behind
+LINES
+}
