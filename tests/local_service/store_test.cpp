@@ -233,6 +233,16 @@ TEST_F(store, clears_the_drafts_of_the_dead_and_no_others) {
     EXPECT_THAT(names_in("state"), testing::Not(Contains(".new-living")));
 }
 
+TEST_F(store, is_made_without_a_remnant_where_standard_input_is_closed) {
+    make_directory("state");
+    const int input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    EXPECT_EQ(orvex_scene_getstatus(), 0);
+    dup2(input, STDIN_FILENO);
+    close(input);
+    EXPECT_THAT(names_in("state"), testing::UnorderedElementsAre("orvex.db", "orvex.db-wal", "orvex.db-shm"));
+}
+
 TEST_F(store, without_its_rows_of_states_refuses_to_change_them) {
     enable_framework();
     local_service::change("DELETE FROM module WHERE number = 3");
