@@ -28,6 +28,8 @@ rpm               rpm-build
 util-linux        util-linux
 locales           glibc-locale-source
 python3-jsonschema python3-jsonschema
+xz-utils          xz
+zstd              zstd
 '
 check_packages='
 clang             clang

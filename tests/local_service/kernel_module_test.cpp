@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "local_store.h"
 #include "module_file.h"
@@ -89,9 +90,14 @@ TEST_F(kernel_modules, without_an_entry_are_named_after_their_file) {
 }
 
 TEST_F(kernel_modules, may_be_compressed) {
-    const std::string file = write_module("packed.ko", "inner_name");
-    ASSERT_EQ(std::system(("gzip '" + file + "'").c_str()), 0);
-    EXPECT_EQ(name_in(file + ".gz"), "inner_name");
+    const std::vector<std::pair<std::string, std::string>> packers = {
+        {"gzip", ".gz"}, {"xz", ".xz"}, {"zstd -q", ".zst"}};
+    for (const auto& [packer, ending] : packers) {
+        const std::string file = write_module("packed.ko", "inner_name");
+        ASSERT_EQ(std::system((packer + " '" + file + "'").c_str()), 0) << packer;
+        EXPECT_EQ(name_in(file + ending), "inner_name");
+        std::filesystem::remove(file);
+    }
 }
 
 TEST_F(kernel_modules, are_not_found_in_other_files) {
