@@ -88,6 +88,7 @@ TEST_F(log_records, take_each_argument_by_its_width) {
                      std::ptrdiff_t{5000000005}, ssize_t{5000000006}),
               "5000000001|5000000002|5000000003|5000000004|5000000005|5000000006");
     EXPECT_EQ(logged("%hhu|%hu|%hhx|%hi", 300, 65537, -1, 65537), "44|1|ff|1");
+    EXPECT_EQ(logged("%hhu|%hu|%u|%lu", 255, 65535, 4294967295U, 70000UL), "255|65535|4294967295|70000");
     EXPECT_EQ(logged("%Lf|%p", 1.5L, nullptr), "1.500000|(nil)");
     EXPECT_EQ(logged("%.*d|%.*s|<%.s>", -1, 7, -1, "text", "text"), "7|text|<>");
 }

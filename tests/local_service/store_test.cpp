@@ -233,6 +233,13 @@ TEST_F(store, clears_the_drafts_of_the_dead_and_no_others) {
     EXPECT_THAT(names_in("state"), testing::Not(Contains(".new-living")));
 }
 
+TEST_F(store, is_not_replaced_where_a_part_of_it_cannot_be_removed) {
+    write("state/orvex.db", "no database");
+    make_directory("state/orvex.db-wal");
+    EXPECT_THROW(local_service::replace_store(), local_service::store_failure);
+    EXPECT_THAT(names_in("state"), testing::UnorderedElementsAre("orvex.db", "orvex.db-wal"));
+}
+
 TEST_F(store, is_made_without_a_remnant_where_standard_input_is_closed) {
     make_directory("state");
     const int input = dup(STDIN_FILENO);
