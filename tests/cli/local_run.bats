@@ -70,6 +70,16 @@ as_ordinary_user() {
   expect_silence
 }
 
+@test "behind -- stands a command, which takes its own" {
+  as 0 orvex_local run -- printf '%s\n' -a -- b
+  expect 0 <<'END'
+-a
+--
+b
+END
+  do_silently 0 orvex_local blacklist add -- /opt/-program
+}
+
 @test "the exit value is the command's, or tells why there is none" {
   as 0 orvex_local run sh -c 'exit 7'
   [[ $exit_value -eq 7 ]]
