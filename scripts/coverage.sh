@@ -7,9 +7,9 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/lib/script.bash
+source scripts/lib/session.bash
 source scripts/lib/test_programs.bash
 
-build=build/coverage
 test_programs=(unit_tests shared_services_test local_service_test)
 
 # empty_records: no record of an earlier run is left, and every user whom the sessions play may write the new ones.
@@ -27,8 +27,8 @@ run_tests() {
     run_whole "$build/bin/$program"
   done
   # What builds the program once more reaches nothing of this build.
-  ctest --preset coverage --no-tests=error --label-regex '^cli$' --exclude-regex 'bare_build|framework.s libraries installs' \
-    --parallel "$(nproc)"
+  ctest --test-dir "$build" --output-on-failure --no-tests=error --parallel "$(nproc)" --label-regex '^cli$' \
+    --exclude-regex 'bare_build|framework.s libraries installs'
 }
 
 # read_records: what the compiler alone adds is no branch of ours, nor is the way that only an exception of the standard
@@ -49,9 +49,16 @@ expect_reached() {
 answer_help "$@"
 [[ $# -eq 0 ]] || refuse_argument "$1"
 scripts/bootstrap.sh --all
+build=$PWD/build/coverage
+# The records lie beside the objects, and a tree that is closed to others, as root's home mostly is, has no place for those of
+# other users.
+if ! run_as 600 test -x "$PWD"; then
+  make_scratch
+  build=$scratch/build
+fi
 announce 'building'
-cmake --preset coverage
-cmake --build --preset coverage --target "${test_programs[@]}" "${session_programs[@]}"
+cmake --preset coverage -B "$build"
+cmake --build "$build" --target "${test_programs[@]}" "${session_programs[@]}"
 empty_records
 announce 'testing'
 run_tests
