@@ -8,6 +8,7 @@
 #include <filesystem>
 
 #include "core/entry_list.h"
+#include "core/store.h"
 #include "local_store.h"
 #include "service/exectl.h"
 #include "service/log.h"
@@ -152,6 +153,12 @@ TEST_F(tool, blacklist_follows_links_to_the_program) {
     EXPECT_EQ(ppro_path_in_blacklist(path("program").c_str()), 0);
     EXPECT_EQ(run("blacklist add /gone/program"), 0);
     EXPECT_EQ(ppro_path_in_blacklist("/gone/program"), 1);
+}
+
+TEST_F(tool, shows_the_milliseconds_of_a_record) {
+    local_service::change("INSERT INTO log (time_ms, level, tag, function, message) VALUES (1999, 6, 't', 'f', 'm')");
+    EXPECT_EQ(run("log"), 0);
+    EXPECT_THAT(output(), HasSubstr(".999 "));
 }
 
 TEST_F(tool, log_prints_one_record_a_line) {
