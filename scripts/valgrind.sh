@@ -33,7 +33,7 @@ fi
 make_program() {
   cat >"$scratch/bin/$1" <<END
 #!/bin/sh
-PATH=$scratch/real/bin:\$PATH exec valgrind --quiet --error-exitcode=99 --leak-check=full --show-leak-kinds=definite \
+PATH=$scratch/real/bin:\$PATH exec valgrind --quiet --vgdb=no --error-exitcode=99 --leak-check=full --show-leak-kinds=definite \
   --errors-for-leak-kinds=definite --track-fds=yes --suppressions=$scratch/valgrind.supp \
   --log-file=$scratch/logs/%p-%n.log $1 "\$@"
 END
