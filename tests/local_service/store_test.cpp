@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 
 #include "core/states.h"
 #include "core/store_file.h"
@@ -213,6 +214,18 @@ TEST_F(store, is_not_looked_for_in_a_directory_of_somebody_else) {
     EXPECT_EQ(last_error(), path("state") + ": not trusted, as it belongs to user " + std::to_string(owner));
     pretend_files_of(owner);
     EXPECT_EQ(orvex_scene_getstatus(), 0);
+}
+
+TEST_F(store, is_looked_for_in_a_directory_of_nobody_only_where_nobody_may_be_anybody) {
+    constexpr uid_t nobody = 65534;
+    make_directory("state");
+    if (geteuid() != 0 || chown(path("state").c_str(), nobody, static_cast<gid_t>(-1)) != 0) {
+        pretend_files_of(nobody);
+    }
+    std::ifstream users("/proc/self/uid_map");
+    std::string map;
+    std::getline(users, map);
+    EXPECT_EQ(orvex_scene_getstatus() < 0, map.find("4294967295") != std::string::npos);
 }
 
 TEST_F(store, clears_the_drafts_of_the_dead_and_no_others) {
