@@ -11,9 +11,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 source scripts/lib/script.bash
 source scripts/lib/test_programs.bash
 
-# Not the runs of the program, but its file, its build, its libraries or its peak of memory are their matter; and who is
-# killed has no end.
-passed_over=' bare_build hardening include_rule linking local_run local_stress memory on_demand '
+# Not the runs of the program, but its file, its build, its libraries, its environment or its peak of memory are their matter;
+# and who is killed has no end.
+passed_over=' bare_build hardening include_rule linking local_run local_stress memory on_demand surroundings '
 
 answer_help "$@"
 sessions=()
