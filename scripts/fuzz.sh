@@ -35,6 +35,11 @@ look() {
     grep -aE -A 20 '^found: |ERROR: |runtime error: |Failure$' "$1.log" | head -n 40
     return 1
   fi
+  # What is tried can end the process with an exit value of 0.
+  if ! grep -qa '^Done ' "$1.log"; then
+    printf '%s: ended before its time\n' "$1"
+    return 1
+  fi
   awk -v target="$1" '
     $1 == "stat::number_of_executed_units:" { executions = $2 }
     $2 == "DONE" { for (i = 1; i < NF; i++) if ($i == "cov:") edges = $(i + 1) }

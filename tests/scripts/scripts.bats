@@ -75,6 +75,18 @@ END
   ending='echo "[==========] 1 tests from 1 test suite ran."; exit' run -1 run_whole "$BATS_TEST_TMPDIR/program"
 }
 
+@test "a single test has failed where the tested code ends its process, whatever the exit value" {
+  watched=("$ORVEX_SOURCE_DIR/tests/support/run_to_the_end" bash -c)
+  # shellcheck disable=SC2016
+  tests='touch "$TEST_PREMATURE_EXIT_FILE"; eval "$1"; rm "$TEST_PREMATURE_EXIT_FILE"'
+  run -0 "${watched[@]}" "$tests" bash true
+  [[ -z $output ]]
+  run -1 "${watched[@]}" "$tests" bash exit
+  [[ $output == 'bash: ended before its tests did' ]]
+  run -3 "${watched[@]}" "$tests" bash 'exit 3'
+  run -134 "${watched[@]}" "$tests" bash 'kill -ABRT $$'
+}
+
 @test "a test program that runs as a whole leaves what was written before it" {
   load "$ORVEX_SOURCE_DIR/scripts/lib/test_programs.bash"
   make_test_program
