@@ -305,6 +305,15 @@ TEST_F(tool, reset_drops_what_is_no_store_only_by_force) {
     EXPECT_EQ(orvex_scene_getstatus(), 0);
 }
 
+TEST_F(tool, reset_tells_what_it_drops_before_it_does) {
+    make_directory("state");
+    write("state/orvex.db", "garbage");
+    make_directory("state/orvex.db-wal");
+    EXPECT_EQ(run("reset --force"), 1);
+    EXPECT_EQ(output(), "Dropping what is there: " + path("state/orvex.db") + ": unable to open database file\n");
+    EXPECT_EQ(errors(), "orvex_local: " + path("state/orvex.db-wal") + ": cannot be removed: Is a directory\n");
+}
+
 TEST_F(tool, reset_drops_nothing_in_a_place_that_is_not_trusted) {
     make_directory("state");
     write("state/orvex.db", "garbage");
