@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // liborvex_scene: states and the switching of modules.
-#include <unistd.h>
-
 #include <vector>
 
 #include "core/call.h"
@@ -15,30 +13,21 @@ namespace {
 
 /// The statuses of a batch whose last call has not come yet. They are kept in the process alone, so that a batch that
 /// its process never finishes is gone with it.
-struct unfinished_batch {
-    pid_t process = 0;
-    std::vector<pending_status> statuses;
-};
-
-unfinished_batch& batch_of_this_process() {
-    static unfinished_batch batch;
-    if (batch.process != getpid()) {
-        batch = {getpid(), {}};
-    }
-    return batch;
+std::vector<pending_status>& unfinished_batch() {
+    static std::vector<pending_status> statuses;
+    return statuses;
 }
 
 void gather(const pending_status& next, bool is_final) {
-    unfinished_batch& batch = batch_of_this_process();
     // Whatever goes wrong, what was gathered must not become valid with a later batch.
     std::vector<pending_status> statuses;
-    statuses.swap(batch.statuses);
+    statuses.swap(unfinished_batch());
     check_module_status(next.module, next.status);
     statuses.push_back(next);
     if (is_final) {
         set_pending_statuses(statuses);
     } else {
-        batch.statuses.swap(statuses);
+        unfinished_batch().swap(statuses);
     }
 }
 
