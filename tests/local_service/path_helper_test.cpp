@@ -101,6 +101,7 @@ TEST_F(path_helpers, an_absolute_path_keeps_links) {
 
 TEST_F(path_helpers, an_empty_path_has_no_absolute_form) {
     EXPECT_EQ(get_absolute_path(""), nullptr);
+    EXPECT_EQ(last_error(), "an empty path has no absolute form");
     EXPECT_EQ(get_absolute_path(nullptr), nullptr);
 }
 

@@ -167,6 +167,14 @@ TEST_F(file_protection, drops_the_record_of_an_object_with_its_last_exception) {
     EXPECT_THAT(exceptions(), ElementsAre(Pair("/a", ElementsAre("/y"))));
     EXPECT_EQ(stop_except(orvex_kind_file, "/a", orvex_kind_file, {"/y"}), 0);
     EXPECT_THAT(exceptions(), IsEmpty());
+    EXPECT_EQ(clear(orvex_kind_file, "/a"), -3);
+}
+
+TEST_F(file_protection, makes_no_record_of_an_object_for_no_exception) {
+    protect({"/a"});
+    EXPECT_EQ(except(orvex_kind_file, "/a", orvex_kind_file, {}), 0);
+    EXPECT_THAT(exceptions(), IsEmpty());
+    EXPECT_EQ(clear(orvex_kind_file, "/a"), -3);
 }
 
 TEST_F(file_protection, takes_exceptions_off_all_or_none_and_by_kind) {

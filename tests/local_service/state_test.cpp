@@ -108,6 +108,7 @@ TEST_F(states, modules_are_off_while_the_framework_is_disabled_and_come_back_wit
 TEST_F(states, an_unknown_module_or_status_is_refused) {
     enable_framework();
     EXPECT_LT(orvex_scene_get_module_status(6), 0);
+    EXPECT_EQ(last_error(), "no such module, or a damaged store");
     EXPECT_LT(orvex_scene_set_module_status(6, 1), 0);
     EXPECT_LT(orvex_scene_set_module_status(3, 2), 0);
     EXPECT_EQ(last_error(), "a module is switched to 0 or 1, not to 2");
@@ -149,6 +150,7 @@ TEST_F(states, a_batch_with_a_refused_call_leaves_nothing_to_the_next_batch) {
 TEST_F(states, a_batch_is_refused_while_the_framework_runs) {
     enable_framework();
     EXPECT_LT(orvex_scene_set_multi_module_status(3, 1, 1), 0);
+    EXPECT_EQ(last_error(), "the framework is not disabled: its modules are switched at once");
     EXPECT_EQ(orvex_scene_get_module_status(3), 0);
 }
 

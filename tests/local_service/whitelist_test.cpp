@@ -199,6 +199,8 @@ TEST_F(whitelist, is_changed_by_root_and_the_security_administrator_alone) {
     EXPECT_LT(remove({file}), 0);
     EXPECT_LT(orvex_scene_exectl_wlist_add_by_dir(directory().c_str()), 0);
     EXPECT_LT(orvex_scene_exectl_wlist_delete_by_dir(directory().c_str()), 0);
+    EXPECT_LT(orvex_scene_exectl_wlist_add_by_dir(path("missing").c_str()), 0);
+    EXPECT_EQ(last_error(), "user 1000 may not change this: only root and the security administrator");
     become(600);
     EXPECT_EQ(add({file}), 0);
     become(1000);
