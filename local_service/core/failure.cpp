@@ -32,7 +32,7 @@ void keep_error_text(const char* text) noexcept {
 
 void log_fault(const char* function, const char* text) noexcept {
     try {
-        write_log({0, 0, orvex_log_level_failure, "local_service", function, text});
+        write_log({orvex_log_level_failure, "local_service", function, text});
     } catch (...) {
         // The log lies in the database that may be the very thing that failed.
         return;

@@ -7,21 +7,22 @@
 
 namespace local_service {
 
-void write_log(const log_record& record) {
+void write_log(const log_entry& entry) {
     const auto since_1970 = std::chrono::system_clock::now().time_since_epoch();
     const std::int64_t now = std::chrono::duration_cast<std::chrono::milliseconds>(since_1970).count();
     change("INSERT INTO log (time_ms, level, tag, function, message) VALUES (?, ?, ?, ?, ?)",
-           {now, std::int64_t{record.level}, record.tag, record.function, record.message});
+           {now, std::int64_t{entry.level}, entry.tag, entry.function, entry.message});
     // A trigger would do it as well, and every process would read its text with the tables.
     change("DELETE FROM log WHERE id <= last_insert_rowid() - 10000");
 }
 
 std::vector<log_record> read_log_after(std::int64_t number) {
     std::vector<log_record> records;
-    query rows("SELECT id, time_ms, level, tag, function, message FROM log WHERE id > ? ORDER BY id", {number});
+    query rows("SELECT level, tag, function, message, id, time_ms FROM log WHERE id > ? ORDER BY id", {number});
     while (rows.next()) {
-        records.push_back({rows.number(0), rows.number(1), static_cast<int>(rows.number(2)), rows.text(3), rows.text(4),
-                           rows.text(5)});
+        records.push_back({{static_cast<int>(rows.number(0)), rows.text(1), rows.text(2), rows.text(3)},
+                           rows.number(4),
+                           rows.number(5)});
     }
     return records;
 }

@@ -122,7 +122,7 @@ void request_state(int state, bool is_restart_requested) {
     if (is_restart_requested) {
         update(1, "UPDATE framework SET requested_restarts = requested_restarts + 1");
         simulate_restart();
-        write_log({0, 0, log_level_note, "local_service", "setModuleStatusReboot_dbus",
+        write_log({log_level_note, "local_service", "setModuleStatusReboot_dbus",
                    "restart requested with the change of state: simulated, the machine keeps running"});
     }
 }

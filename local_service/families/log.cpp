@@ -26,7 +26,7 @@ void orvex_log(int level, const char* tag, const char* function, const char* for
         local_service::trace(__func__,
                              {{"level", level}, {"tag", tag}, {"function", function}, {"message", message.c_str()}});
         local_service::require_room();
-        local_service::write_log({0, 0, level, text_or_nothing(tag), text_or_nothing(function), message});
+        local_service::write_log({level, text_or_nothing(tag), text_or_nothing(function), message});
     } catch (...) {
         // A log that cannot be written is no reason to disturb whoever had something to say.
     }

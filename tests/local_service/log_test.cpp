@@ -121,7 +121,7 @@ TEST_F(log_records, cannot_be_written_and_nobody_notices) {
 TEST_F(log_records, are_dropped_after_ten_thousand_newer_ones) {
     local_service::transaction many;
     for (int number = 1; number <= 10005; ++number) {
-        local_service::write_log({0, 0, 6, "tag", "function", std::to_string(number)});
+        local_service::write_log({6, "tag", "function", std::to_string(number)});
     }
     many.commit();
     const std::vector<std::string> messages = log_messages();
