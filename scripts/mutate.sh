@@ -78,7 +78,7 @@ pass() {
 # choose_sessions FILE: the sessions that touch the file, as a regular expression over their names.
 choose_sessions() {
   case $1 in
-    local_service/*) echo 'local|concurrency' ;;
+    local_service/*) echo 'local|concurrency|on_demand|proc_processes' ;;
     src/modules/file/* | src/modules/proc/*) echo 'file|proc|protection' ;;
     src/modules/*) basename "$(dirname "$1")" ;;
     src/front/*) echo 'global|status|locale' ;;

@@ -53,6 +53,18 @@ TEST_F(document, of_a_store_has_its_version_and_all_of_it) {
     EXPECT_EQ(shown_store["labels"], json::parse(R"({"root": ["/etc/one"], "secadm": [], "auditadm": ["/etc/two"]})"));
 }
 
+TEST_F(document, tells_of_each_module_its_own_states) {
+    orvex_scene_set_multi_module_status(2, 1, 1);
+    enable_framework();
+    orvex_scene_set_module_status(5, 1);
+    setModuleStatusReboot_dbus(1, orvex_state_disable, 11, 0, 1, 0);
+    const json modules = json::parse(shown())["modules"];
+    for (const auto& [name, states] : modules.items()) {
+        EXPECT_EQ(states["now"], false) << name;
+        EXPECT_EQ(states["after_restart"], name == "file" || name == "proc") << name;
+    }
+}
+
 TEST_F(document, of_a_new_store_has_every_field_in_its_place) {
     EXPECT_EQ(run("reset"), 0);
     EXPECT_EQ(shown(), R"({

@@ -3,6 +3,7 @@
 #include "core/store.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "core/log.h"
 #include "core/states.h"
 #include "core/store_file.h"
 #include "local_store.h"
@@ -250,6 +252,26 @@ TEST_F(store, is_looked_for_in_a_directory_of_nobody_only_where_nobody_may_be_an
     EXPECT_EQ(orvex_scene_getstatus() < 0, map.find("4294967295") != std::string::npos);
 }
 
+TEST_F(store, is_read_in_a_user_namespace_that_does_not_know_its_owner) {
+    constexpr int no_namespace = 77;
+    EXPECT_EQ(run_in_child([] { return orvex_scene_getstatus(); }), 0);
+    if (chown(path("state").c_str(), 1234, static_cast<gid_t>(-1)) != 0) {
+        GTEST_SKIP() << "only root gives a directory away";
+    }
+    EXPECT_LT(orvex_scene_getstatus(), 0);
+    const int result = run_in_child([] {
+        if (unshare(CLONE_NEWUSER) != 0) {
+            return no_namespace;
+        }
+        std::ofstream("/proc/self/uid_map") << "0 0 1\n";
+        return orvex_scene_getstatus();
+    });
+    if (result == no_namespace) {
+        GTEST_SKIP() << "this machine allows no user namespaces";
+    }
+    EXPECT_EQ(result, 0);
+}
+
 TEST_F(store, clears_the_drafts_of_the_dead_and_no_others) {
     make_directory("state");
     write("state/.new-dead01", "half a database");
@@ -293,7 +315,13 @@ TEST_F(store, without_its_rows_of_states_refuses_to_change_them) {
     EXPECT_THROW(local_service::simulate_restart(), local_service::store_failure);
     local_service::change("DELETE FROM framework");
     EXPECT_LT(setModuleStatusReboot_dbus(1, orvex_state_permissive, 11, 0, 1, 0), 0);
-    EXPECT_EQ(last_error(), path("state/orvex.db") + ": damaged, as rows of states are missing");
+    const std::string fault = path("state/orvex.db") + ": damaged, as rows of states are missing";
+    EXPECT_EQ(last_error(), fault);
+    const std::vector<local_service::log_record> log = local_service::read_log_after(0);
+    EXPECT_EQ(log.back().message, fault);
+    EXPECT_EQ(log.back().function, "setModuleStatusReboot_dbus");
+    EXPECT_EQ(log.back().tag, "local_service");
+    EXPECT_EQ(log.back().level, 18);
     EXPECT_THROW(local_service::set_secret_scene(true), local_service::store_failure);
     EXPECT_LT(orvex_scene_getstatus(), 0);
 }

@@ -134,6 +134,14 @@ TEST_F(wished_failure, is_counted_once_over_all_processes) {
     EXPECT_EQ(failed, 50);
 }
 
+TEST_F(wished_failure, cannot_be_wished_where_its_marker_cannot_be_made) {
+    orvex_scene_getstatus();
+    make_directory("state/failing");
+    EXPECT_EQ(run(std::string("fail ") + add_module + " -1"), 1);
+    EXPECT_EQ(errors(), "orvex_local: " + path("state/failing") + ": cannot be made: Is a directory\n");
+    EXPECT_THAT(read_failure_wishes(), IsEmpty());
+}
+
 TEST_F(wished_failure, leaves_nothing_in_the_state_directory_when_it_is_over) {
     add_failure_wish({add_module, -5, 1, 0, ""});
     EXPECT_TRUE(std::filesystem::exists(path("state/failing")));
