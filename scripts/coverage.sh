@@ -10,7 +10,7 @@ source scripts/lib/script.bash
 source scripts/lib/session.bash
 source scripts/lib/test_programs.bash
 
-test_programs=(unit_tests shared_services_test local_service_test)
+test_programs=(shared_services_test local_service_test unit_tests)
 
 # empty_records: no record of an earlier run is left, and every user whom the sessions play may write the new ones.
 empty_records() {
@@ -22,10 +22,7 @@ empty_records() {
 }
 
 run_tests() {
-  local program
-  for program in "${test_programs[@]}"; do
-    run_whole "$build/bin/$program"
-  done
+  run_all_whole "${test_programs[@]/#/$build/bin/}"
   # What builds the program once more reaches nothing of this build.
   ctest --test-dir "$build" --output-on-failure --no-tests=error --parallel "$(nproc)" --label-regex '^cli$' \
     --exclude-regex 'bare_build|framework.s libraries installs'

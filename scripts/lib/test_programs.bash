@@ -22,3 +22,10 @@ run_whole() {
   rm "$log"
   return "$exit_value"
 }
+
+# run_all_whole PROGRAM...: runs each of the programs so, as many at a time as there are processors.
+run_all_whole() {
+  export -f run_whole
+  # shellcheck disable=SC2016
+  printf '%s\n' "$@" | xargs -d '\n' -I {} -P "$(nproc)" bash -c 'run_whole "$1"' bash {}
+}
